@@ -1,0 +1,212 @@
+#include "support/machine.h"
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+#include <QCoreApplication>
+
+#include "support/platform.h"
+
+namespace veldacov {
+
+namespace {
+
+struct Identity {
+    QString productName = QStringLiteral("Norvik");
+    QString executableName = QStringLiteral("<unnamed binary>");
+    bool crashHandlerInstalled = false;
+};
+
+Identity& identity() {
+    static Identity state;
+    return state;
+}
+
+ProgramEnd replacedEnd = nullptr;
+void (*saveOutputs)() = nullptr;
+
+// Given back when memory runs out, so that the last message can be built.
+constexpr std::size_t memoryReserveSize = 256U * 1024U;
+std::unique_ptr<char[]> memoryReserve;
+
+enum class MessageKind : std::uint8_t { Fatal, Internal, User, Warning, Info };
+
+struct MessagePrefix {
+    const char* format;
+    const char* comment;
+};
+
+// By MessageKind. The comments are part of the translation keys, their spelling included.
+constexpr std::array<MessagePrefix, 5> messagePrefixes = {{
+    QT_TRANSLATE_NOOP3("Display Message", "%1 %2 - FATAL ERROR: %3\n",
+                       "Used for fatal error message\n%1: product name\n%2: executable name\n%3: message to "
+                       "display"),
+    QT_TRANSLATE_NOOP3(
+        "Display Message", "%1 %2 - INTERNAL ERROR: %3\n",
+        "Used for internal error message\n%1: product name\n%2: executable name\n%3: message to "
+        "display"),
+    QT_TRANSLATE_NOOP3("Display Message", "%1 %2 - ERROR: %3\n",
+                       "Used for user errors messages\n%1: product name\n%2: executable name\n%3: message to "
+                       "display"),
+    QT_TRANSLATE_NOOP3("Display Message", "%1 %2 - WARNING: %3\n",
+                       "Used for warning messages\n%1: product name\n%2: executable name\n%3: message"),
+    QT_TRANSLATE_NOOP3(
+        "Display Message", "%1 %2 - INFO: %3\n",
+        "Used for information messages%1:product name\n%2: executable name\n%3: message to print"),
+}};
+
+QString messageLine(MessageKind kind, const QString& message) {
+    const MessagePrefix& prefix = messagePrefixes[static_cast<std::size_t>(kind)];
+    return translate("Display Message", prefix.format, prefix.comment)
+        .arg(identity().productName)
+        .arg(identity().executableName)
+        .arg(message);
+}
+
+QString internalErrorText(const QString& message, const char* sourceFile, unsigned line) {
+    const QString tail = sourceFile == nullptr
+                             ? QStringLiteral("\n")
+                             : QStringLiteral("[%1:%2]\n").arg(fromLocal(sourceFile)).arg(line);
+    return messageLine(MessageKind::Internal, message) + tail;
+}
+
+void runLastWrites() {
+    if (saveOutputs != nullptr) {
+        saveOutputs();
+    }
+}
+
+void onMemoryExhausted() {
+    std::set_new_handler(nullptr); // a second refusal, while the message is built, ends in std::bad_alloc
+    memoryReserve.reset();
+    fatalError(translate("Fatal Error", "No memory left", "program failed on memory allocation"));
+}
+
+} // namespace
+
+QString translate(const char* context, const char* source, const char* comment) {
+    return QCoreApplication::translate(context, source, comment);
+}
+
+QString filled(QString text, std::initializer_list<std::string_view> values) {
+    for (const std::string_view value : values) {
+        text = text.arg(fromLocal(value));
+    }
+    return text;
+}
+
+QString fromLocal(std::string_view bytes) {
+    return QString::fromLocal8Bit(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+std::string toLocal(const QString& text) {
+    return text.toLocal8Bit().toStdString();
+}
+
+void fatalError(const QString& message) {
+    writeStandardError(messageLine(MessageKind::Fatal, message));
+    endProgram(ExitStatus::FatalError);
+}
+
+void internalError(const QString& message, const char* sourceFile, unsigned line) {
+    writeStandardError(internalErrorText(message, sourceFile, line));
+    endProgram(ExitStatus::InternalError);
+}
+
+void userError(const QString& message) {
+    writeStandardError(messageLine(MessageKind::User, message));
+}
+
+void warningMessage(const QString& message) {
+    writeStandardError(messageLine(MessageKind::Warning, message));
+}
+
+void infoMessage(const QString& message) {
+    writeStandardError(messageLine(MessageKind::Info, message));
+}
+
+void writeStandardError(const QString& text) {
+    // Nothing is left to tell the user when standard error itself fails.
+    static_cast<void>(platform::writeAll(2, toLocal(text)));
+}
+
+void endProgram(ExitStatus status) {
+    if (replacedEnd != nullptr) {
+        replacedEnd(status);
+    }
+    runLastWrites();
+    std::exit(static_cast<int>(status));
+}
+
+void setProgramEnd(ProgramEnd end) {
+    replacedEnd = end;
+}
+
+void setLastWrites(void (*save)()) {
+    saveOutputs = save;
+}
+
+void setProductIdentity(const QString& productName, const QString& executableName) {
+    identity().productName = productName;
+    identity().executableName = executableName;
+    if (!identity().crashHandlerInstalled) {
+        identity().crashHandlerInstalled = true;
+        const QString text = translate("Internal Error", "Please, contact your support");
+        platform::installCrashHandler(toLocal(internalErrorText(text, nullptr, 0)), runLastWrites,
+                                      static_cast<int>(ExitStatus::InternalError));
+    }
+}
+
+QString getProductName() {
+    return identity().productName;
+}
+
+void installMemoryGuard() {
+    memoryReserve = std::make_unique<char[]>(memoryReserveSize);
+    std::set_new_handler(onMemoryExhausted);
+}
+
+RefusalIsHandled::RefusalIsHandled() : before_(std::set_new_handler(nullptr)) {}
+
+RefusalIsHandled::~RefusalIsHandled() {
+    std::set_new_handler(before_);
+}
+
+std::optional<std::string> getEnvironment(const char* name, Presence presence) {
+    const char* value = std::getenv(name);
+    if (value != nullptr) {
+        return std::string(value);
+    }
+    if (presence == Presence::Mandatory) {
+        fatalError(
+            filled(translate("Assertion", "Environment variable not defined: %1", "%1 is the variable name"),
+                   {name}));
+    }
+    return std::nullopt;
+}
+
+std::string duplicateUpper(std::string_view text) {
+    std::string copy(text);
+    for (char& character : copy) {
+        character = upperCase(character);
+    }
+    return copy;
+}
+
+bool reportInFrench() {
+    constexpr const char* variable = "VELDACOV_LAN";
+    const std::optional<std::string> value = getEnvironment(variable);
+    if (!value || *value == "GB") {
+        return false;
+    }
+    if (*value == "FR" || *value == "FA") {
+        return true;
+    }
+    warningMessage(QStringLiteral("%1 environment variable is badly defined,choice in GB (default), FR or FA")
+                       .arg(variable));
+    return false;
+}
+
+} // namespace veldacov

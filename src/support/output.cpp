@@ -1,0 +1,140 @@
+#include "support/output.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+#include <unistd.h>
+
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+constexpr std::size_t bufferSize = 256U * 1024U;
+// Report, CIO file, cleaned trace, listing and path trace: never more than a handful are open at once.
+constexpr std::size_t mostOpenOutputs = 8;
+
+// The outputs to save when the program ends early. A fixed table: a crash handler walks it.
+std::array<OutputFile*, mostOpenOutputs> openOutputs{};
+
+void replaceInTable(const OutputFile* from, OutputFile* to) {
+    const auto place = std::find(openOutputs.begin(), openOutputs.end(), from);
+    if (place != openOutputs.end()) {
+        *place = to;
+    }
+}
+
+[[noreturn]] void reportIncomplete(const std::string& name) {
+    fatalError(filled(translate("Fatal Error", "Cannot write to file %1"), {name}));
+}
+
+} // namespace
+
+OutputFile::OutputFile(platform::Descriptor file, std::string name)
+    : file_(std::move(file)), name_(std::move(name)) {
+    if (isOpen()) {
+        buffer_.resize(bufferSize);
+        replaceInTable(nullptr, this);
+        setLastWrites(saveOpenOutputs);
+    }
+}
+
+OutputFile::OutputFile(OutputFile&& other) noexcept
+    : file_(std::move(other.file_)), name_(std::move(other.name_)), buffer_(std::move(other.buffer_)),
+      used_(std::exchange(other.used_, 0)) {
+    replaceInTable(&other, this);
+}
+
+OutputFile& OutputFile::operator=(OutputFile&& other) noexcept {
+    if (this != &other) {
+        save();
+        replaceInTable(this, nullptr);
+        file_ = std::move(other.file_);
+        name_ = std::move(other.name_);
+        buffer_ = std::move(other.buffer_);
+        used_ = std::exchange(other.used_, 0);
+        replaceInTable(&other, this);
+    }
+    return *this;
+}
+
+OutputFile::~OutputFile() {
+    if (isOpen()) {
+        save();
+        replaceInTable(this, nullptr);
+    }
+}
+
+void OutputFile::put(std::string_view text) {
+    while (text.size() > buffer_.size() - used_) {
+        const std::size_t fitting = buffer_.size() - used_;
+        std::copy_n(text.data(), fitting, buffer_.data() + used_);
+        used_ += fitting;
+        text.remove_prefix(fitting);
+        flush();
+    }
+    std::copy_n(text.data(), text.size(), buffer_.data() + used_);
+    used_ += text.size();
+}
+
+void OutputFile::put(char character) {
+    put(std::string_view(&character, 1));
+}
+
+void OutputFile::putNumber(std::uint32_t number, std::size_t width) {
+    std::array<char, 10> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    const auto length = static_cast<std::size_t>(end - digits.data());
+    for (std::size_t column = length; column < width; ++column) {
+        put(' ');
+    }
+    put(std::string_view(digits.data(), length));
+}
+
+void OutputFile::putRate(double rate, std::size_t width) {
+    std::array<char, 32> digits{};
+    const auto end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), rate, std::chars_format::fixed, 1).ptr;
+    const auto length = static_cast<std::size_t>(end - digits.data());
+    for (std::size_t column = length; column < width; ++column) {
+        put(' ');
+    }
+    put(std::string_view(digits.data(), length));
+}
+
+void OutputFile::flush() {
+    if (!save()) {
+        reportIncomplete(name_);
+    }
+}
+
+bool OutputFile::save() noexcept {
+    const std::string_view waiting(buffer_.data(), std::exchange(used_, 0));
+    return platform::writeAll(file_.number(), waiting);
+}
+
+void OutputFile::finish() {
+    replaceInTable(this, nullptr);
+    const bool written = save();
+    const bool closed = file_.close();
+    if (!written || !closed) {
+        reportIncomplete(name_);
+    }
+}
+
+OutputFile standardOutput() {
+    return {platform::duplicate(STDOUT_FILENO), "standard output"};
+}
+
+void saveOpenOutputs() noexcept {
+    for (OutputFile* output : openOutputs) {
+        if (output != nullptr) {
+            output->save();
+        }
+    }
+}
+
+} // namespace veldacov

@@ -1,0 +1,72 @@
+#pragma once
+
+// Files being written. An output is complete or the run says otherwise: a write that fails is found at the
+// latest when the output is finished, and is a fatal error that names the file.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "support/platform.h"
+
+namespace veldacov {
+
+// One output with its buffer. Bytes reach the file when the buffer is full, when the output is finished, and
+// when the program ends early (what was written so far stays).
+class OutputFile {
+public:
+    OutputFile() = default;
+    OutputFile(platform::Descriptor file, std::string name);
+    OutputFile(OutputFile&& other) noexcept;
+    OutputFile& operator=(OutputFile&& other) noexcept;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile();
+
+    [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+    // Appends bytes; the caller's text is copied.
+    void put(std::string_view text);
+    void put(char character);
+    // Appends a number in decimal, padded with blanks on the left to `width`.
+    void putNumber(std::uint32_t number, std::size_t width = 0);
+    // Appends a number with one decimal, padded with blanks on the left to `width`.
+    void putRate(double rate, std::size_t width = 0);
+
+    // Writes what is buffered and closes the file. A file that is not complete is a fatal error.
+    void finish();
+    // Writes what is buffered without closing; true when all went out. Safe inside a signal handler.
+    bool save() noexcept;
+
+private:
+    void flush();
+
+    platform::Descriptor file_;
+    std::string name_;
+    std::vector<char> buffer_;
+    std::size_t used_ = 0;
+};
+
+// Standard output as an output; it stays open when the output is finished.
+OutputFile standardOutput();
+
+// Appends the pieces of one formatted line in order: texts, single characters and decimal numbers.
+template <typename... Pieces>
+void putLine(OutputFile& out, const Pieces&... pieces) {
+    const auto putPiece = [&out](const auto& piece) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(piece)>, std::uint32_t>) {
+            out.putNumber(piece);
+        } else {
+            out.put(piece);
+        }
+    };
+    (putPiece(pieces), ...);
+    out.put('\n');
+}
+
+// Writes what every open output holds, without closing it and without reporting.
+void saveOpenOutputs() noexcept;
+
+} // namespace veldacov

@@ -1,0 +1,259 @@
+#include "support/platform.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace veldacov::platform {
+
+namespace {
+
+constexpr mode_t newFileMode = 0666;
+constexpr std::size_t crashStackSize = 64U * 1024U;
+constexpr std::array crashSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+
+struct CrashState {
+    std::string message;
+    void (*lastWrites)() = nullptr;
+    int status = 0;
+    std::vector<char> stack; // the alternate signal stack; kept for the whole run
+};
+CrashState crash;
+
+volatile std::sig_atomic_t interruptSeen = 0;
+struct sigaction interruptBefore;
+
+void onInterrupt(int) {
+    interruptSeen = 1;
+}
+
+// Only calls that are safe inside a signal handler: the heap may be what is broken.
+void onCrash(int) {
+    writeAll(STDERR_FILENO, crash.message);
+    if (crash.lastWrites != nullptr) {
+        crash.lastWrites();
+    }
+    _exit(crash.status);
+}
+
+Descriptor openFile(const std::string& path, int flags) {
+    int number = -1;
+    do {
+        number = ::open(path.c_str(), flags | O_CLOEXEC, newFileMode);
+    } while (number < 0 && errno == EINTR);
+    return Descriptor(number);
+}
+
+// Gives how many bytes went out before a write failed.
+template <typename Call>
+std::size_t writeThrough(std::string_view bytes, Call write) {
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t written = write(bytes.data() + done, bytes.size() - done, done);
+        if (written < 0 && errno == EINTR) {
+            continue;
+        }
+        if (written <= 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(written);
+    }
+    return done;
+}
+
+template <typename Call>
+std::size_t readThrough(Call read) {
+    ssize_t count = 0;
+    do {
+        count = read();
+    } while (count < 0 && errno == EINTR);
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+} // namespace
+
+Descriptor::Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+
+Descriptor& Descriptor::operator=(Descriptor&& other) noexcept {
+    if (this != &other) {
+        close();
+        number_ = std::exchange(other.number_, -1);
+    }
+    return *this;
+}
+
+Descriptor::~Descriptor() {
+    close();
+}
+
+bool Descriptor::close() {
+    const int number = std::exchange(number_, -1);
+    return number < 0 || ::close(number) == 0;
+}
+
+Descriptor openForReading(const std::string& path) {
+    Descriptor file = openFile(path, O_RDONLY);
+    struct stat status {};
+    if (file.isOpen() && (::fstat(file.number(), &status) != 0 || S_ISDIR(status.st_mode))) {
+        return {};
+    }
+    return file;
+}
+
+Descriptor createForWriting(const std::string& path) {
+    return openFile(path, O_WRONLY | O_CREAT | O_TRUNC);
+}
+
+Descriptor openForAppending(const std::string& path) {
+    return openFile(path, O_WRONLY | O_CREAT | O_APPEND);
+}
+
+Descriptor openForUpdate(const std::string& path) {
+    return openFile(path, O_RDWR);
+}
+
+Descriptor createIfMissing(const std::string& path) {
+    return openFile(path, O_RDWR | O_CREAT);
+}
+
+ExclusiveCreation createExclusively(const std::string& path) {
+    ExclusiveCreation creation;
+    creation.file = openFile(path, O_RDWR | O_CREAT | O_EXCL);
+    creation.existedAlready = !creation.file.isOpen() && errno == EEXIST;
+    return creation;
+}
+
+Descriptor duplicate(int descriptor) {
+    return Descriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+bool isSameFile(const std::string& left, const std::string& right) {
+    std::error_code failure;
+    return std::filesystem::equivalent(left, right, failure);
+}
+
+bool removeFile(const std::string& path) {
+    return ::unlink(path.c_str()) == 0;
+}
+
+std::size_t readSome(int descriptor, char* into, std::size_t size) {
+    return readThrough([&] { return ::read(descriptor, into, size); });
+}
+
+std::size_t readAt(int descriptor, std::uint64_t position, char* into, std::size_t size) {
+    std::size_t done = 0;
+    while (done < size) {
+        const std::size_t count = readThrough([&] {
+            return ::pread(descriptor, into + done, size - done, static_cast<off_t>(position + done));
+        });
+        if (count == 0) {
+            break;
+        }
+        done += count;
+    }
+    return done;
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    const auto write = [&](const char* from, std::size_t size, std::size_t) {
+        return ::write(descriptor, from, size);
+    };
+    return writeThrough(bytes, write) == bytes.size();
+}
+
+std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view bytes) {
+    return writeThrough(bytes, [&](const char* from, std::size_t size, std::size_t done) {
+        return ::pwrite(descriptor, from, size, static_cast<off_t>(position + done));
+    });
+}
+
+std::optional<std::uint64_t> fileLength(int descriptor) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
+std::optional<FileStatus> fileStatus(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return FileStatus{status.st_mtime};
+}
+
+std::optional<std::string> userName() {
+    std::vector<char> work(1024);
+    struct passwd entry {};
+    struct passwd* found = nullptr;
+    int result = 0;
+    while ((result = ::getpwuid_r(::geteuid(), &entry, work.data(), work.size(), &found)) == ERANGE) {
+        work.resize(work.size() * 2);
+    }
+    if (result != 0 || found == nullptr) {
+        return std::nullopt;
+    }
+    return std::string(found->pw_name);
+}
+
+std::string systemErrorText() {
+    return std::strerror(errno);
+}
+
+void reserveStandardDescriptors() {
+    for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+        if (::fcntl(number, F_GETFD) == -1 && errno == EBADF) {
+            // The lowest free number is `number` itself. Opened for reading only: a write must still fail.
+            static_cast<void>(::open("/dev/null", O_RDONLY));
+        }
+    }
+}
+
+void installCrashHandler(std::string_view message, void (*lastWrites)(), int status) {
+    crash.message = message;
+    crash.lastWrites = lastWrites;
+    crash.status = status;
+    crash.stack.resize(crashStackSize);
+
+    stack_t stack{};
+    stack.ss_sp = crash.stack.data();
+    stack.ss_size = crash.stack.size();
+    ::sigaltstack(&stack, nullptr);
+
+    struct sigaction action {};
+    action.sa_handler = onCrash;
+    action.sa_flags = SA_ONSTACK | static_cast<int>(SA_RESETHAND);
+    ::sigemptyset(&action.sa_mask);
+    for (const int signal : crashSignals) {
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
+InterruptWatch::InterruptWatch() {
+    interruptSeen = 0;
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGINT, &action, &interruptBefore);
+}
+
+InterruptWatch::~InterruptWatch() {
+    ::sigaction(SIGINT, &interruptBefore, nullptr);
+}
+
+bool InterruptWatch::interrupted() {
+    return interruptSeen != 0;
+}
+
+} // namespace veldacov::platform

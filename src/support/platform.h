@@ -1,0 +1,96 @@
+#pragma once
+
+// The few calls that differ between operating systems: descriptors, file status, user, signals.
+// Nothing here prints or translates; failures are return values.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace veldacov::platform {
+
+// A file descriptor that is closed with its owner; -1 when it holds none.
+class Descriptor {
+public:
+    Descriptor() = default;
+    explicit Descriptor(int number) : number_(number) {}
+    Descriptor(Descriptor&& other) noexcept;
+    Descriptor& operator=(Descriptor&& other) noexcept;
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor();
+
+    [[nodiscard]] int number() const { return number_; }
+    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
+    // Closes now; false when the system reports that written bytes may be lost.
+    bool close();
+
+private:
+    int number_ = -1;
+};
+
+// Opens an existing file for reading; none when it cannot be read or is a directory.
+Descriptor openForReading(const std::string& path);
+// Opens for writing, created when missing; truncated, or written at its end.
+Descriptor createForWriting(const std::string& path);
+Descriptor openForAppending(const std::string& path);
+// Opens a file for reading and writing in place: an existing one, or one that is created when missing.
+Descriptor openForUpdate(const std::string& path);
+Descriptor createIfMissing(const std::string& path);
+// Creates an empty file that must not exist yet; when it cannot be created, systemErrorText says why.
+struct ExclusiveCreation {
+    Descriptor file;
+    bool existedAlready = false;
+};
+ExclusiveCreation createExclusively(const std::string& path);
+// A descriptor of its own for an open file.
+Descriptor duplicate(int descriptor);
+// True when both names lead to one existing file.
+bool isSameFile(const std::string& left, const std::string& right);
+bool removeFile(const std::string& path);
+
+// Reads up to `size` bytes; 0 at the end of the file, and also after a read error: both end the data.
+std::size_t readSome(int descriptor, char* into, std::size_t size);
+// Reads at a position; as readSome otherwise.
+std::size_t readAt(int descriptor, std::uint64_t position, char* into, std::size_t size);
+// Writes all bytes at the descriptor's place; false when one could not be written.
+bool writeAll(int descriptor, std::string_view bytes);
+// Writes bytes at a position, in one call where the system allows it; gives how many were written.
+std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view bytes);
+// Length of the file in bytes; none when the system does not tell.
+std::optional<std::uint64_t> fileLength(int descriptor);
+
+struct FileStatus {
+    std::int64_t modificationTime = 0; // seconds since 1970
+};
+// None when the file cannot be examined.
+std::optional<FileStatus> fileStatus(const std::string& path);
+
+// Name of the effective user in the user database; none when the database does not know him.
+std::optional<std::string> userName();
+
+// The text of the last failed call of this thread.
+std::string systemErrorText();
+
+// Gives descriptors 0 to 2 a harmless target when the parent closed them, so that no file opened later
+// receives what is meant for a standard stream. Writing to a stream that was closed still fails.
+void reserveStandardDescriptors();
+
+// Ends the process from a crash signal (segmentation violation and its kin): writes `message` to standard
+// error, calls `lastWrites` to save buffered output, and exits with `status` at once. Runs on a stack of its
+// own, so that an exhausted stack is reported too. `message` is copied; `lastWrites` may only write.
+void installCrashHandler(std::string_view message, void (*lastWrites)(), int status);
+
+// While one is alive, an interrupt (Ctrl+C) only sets a flag; the previous handling returns with its end.
+class InterruptWatch {
+public:
+    InterruptWatch();
+    ~InterruptWatch();
+    InterruptWatch(const InterruptWatch&) = delete;
+    InterruptWatch& operator=(const InterruptWatch&) = delete;
+    [[nodiscard]] static bool interrupted();
+};
+
+} // namespace veldacov::platform
