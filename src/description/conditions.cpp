@@ -1,0 +1,430 @@
+#include "description/conditions.h"
+
+#include <algorithm>
+#include <bit>
+#include <optional>
+
+#include "description/tokens.h"
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+constexpr unsigned wordBits = 64;
+constexpr std::uint32_t manyCases = 1000; // from here on the user is told that it takes time
+
+enum class NodeArity : std::uint8_t { Condition, Unary, Binary, Invalid };
+
+NodeArity arityOf(char letter) {
+    switch (letter) {
+    case '.': return NodeArity::Condition;
+    case 'N': return NodeArity::Unary;
+    case 'A':
+    case 'a':
+    case 'O':
+    case 'o':
+    case 'X': return NodeArity::Binary;
+    default: return NodeArity::Invalid;
+    }
+}
+
+// The complete expression at the start of a text; what follows it is ignored.
+struct Expression {
+    std::string_view nodes;
+    std::uint32_t conditionCount = 0;
+};
+
+Expression completeExpression(std::string_view text) {
+    std::size_t operandsMissing = 1;
+    std::size_t length = 0;
+    std::uint32_t conditionCount = 0;
+    while (operandsMissing > 0) {
+        const NodeArity arity = length < text.size() ? arityOf(text[length]) : NodeArity::Invalid;
+        switch (arity) {
+        case NodeArity::Condition:
+            --operandsMissing;
+            ++conditionCount;
+            break;
+        case NodeArity::Unary: break;
+        case NodeArity::Binary: ++operandsMissing; break;
+        case NodeArity::Invalid:
+            internalError(translate("fdcL-Assertion", "Bad expression in CalculVector()"));
+        }
+        ++length;
+    }
+    return {text.substr(0, length), conditionCount};
+}
+
+// The values of basic condition `condition` in the 64 cases of a word: bit `condition` of each case number.
+std::uint64_t conditionWord(std::uint32_t condition, std::uint64_t firstCase) {
+    constexpr std::array<std::uint64_t, 6> alternating = {0xAAAAAAAAAAAAAAAA, 0xCCCCCCCCCCCCCCCC,
+                                                          0xF0F0F0F0F0F0F0F0, 0xFF00FF00FF00FF00,
+                                                          0xFFFF0000FFFF0000, 0xFFFFFFFF00000000};
+    if (condition < alternating.size()) {
+        return alternating[condition];
+    }
+    return condition < 32 && (firstCase >> condition & 1U) != 0 ? ~std::uint64_t{0} : 0;
+}
+
+std::uint64_t combined(char letter, std::uint64_t left, std::uint64_t right) {
+    switch (letter) {
+    case 'A':
+    case 'a': return left & right;
+    case 'O':
+    case 'o': return left | right;
+    default: return left ^ right;
+    }
+}
+
+// Evaluates the expression for 64 cases at once, from its last node to its first, so that operands are on the
+// stack before their operator. The stack is the caller's to save its allocation.
+std::uint64_t outcomeWord(const Expression& expression, std::uint64_t firstCase,
+                          std::vector<std::uint64_t>& stack) {
+    stack.clear();
+    std::uint32_t condition = expression.conditionCount;
+    for (auto node = expression.nodes.rbegin(); node != expression.nodes.rend(); ++node) {
+        if (*node == '.') {
+            stack.push_back(conditionWord(--condition, firstCase));
+        } else if (*node == 'N') {
+            stack.back() = ~stack.back();
+        } else {
+            const std::uint64_t left = stack.back();
+            stack.pop_back();
+            stack.back() = combined(*node, left, stack.back());
+        }
+    }
+    return stack.back();
+}
+
+// Finds the entries of cases by identifier, as pairs name them. Case numbers and places run in step unless an
+// earlier condition of the service has the identifier of a case.
+class CasePlaces {
+public:
+    CasePlaces(const Service& service, const Composition& composition)
+        : service_(service), composition_(composition),
+          firstId_(service.conditions[composition.firstCase].item.id), inStep_(service.conditionsAscend) {}
+
+    [[nodiscard]] std::uint32_t operator()(std::uint64_t caseNumber) const {
+        if (inStep_) {
+            return composition_.firstCase + static_cast<std::uint32_t>(caseNumber);
+        }
+        const auto place = findCondition(service_, firstId_ + static_cast<std::uint32_t>(caseNumber));
+        if (!place) {
+            internalError(translate("fdcL-Assertion", "Cannot find condition in current procedure"));
+        }
+        return *place;
+    }
+
+private:
+    const Service& service_;
+    const Composition& composition_;
+    std::uint32_t firstId_;
+    bool inStep_;
+};
+
+void addPair(ModifiedCondition* modified, std::uint32_t first, std::uint32_t second) {
+    if (modified == nullptr) {
+        internalError(translate("fdcL-Assertion", "Cannot add a couple of vectors"));
+    }
+    modified->pairs.push_back({first, second});
+}
+
+// The cases of a word that have bit j clear and another outcome than the case with bit j set. The partner is
+// found in the same word for low bits, in a later word for others.
+std::uint64_t casesWithOtherOutcome(const std::vector<std::uint64_t>& outcomes, std::size_t word,
+                                    std::uint32_t j) {
+    const std::uint64_t bit = std::uint64_t{1} << j;
+    if (bit < wordBits) {
+        return (outcomes[word] ^ outcomes[word] >> bit) & ~conditionWord(j, 0);
+    }
+    const std::size_t partner = word + bit / wordBits;
+    const bool bitIsClear = (word * wordBits & bit) == 0;
+    return bitIsClear && partner < outcomes.size() ? outcomes[word] ^ outcomes[partner] : 0;
+}
+
+// Cases whose numbers differ in bit j only differ in basic condition j only.
+void pairExpressionCases(Composition& composition, const CasePlaces& places) {
+    for (std::uint32_t j = 0; j < composition.modifiedConditions.size() && j < 32; ++j) {
+        const std::uint64_t bit = std::uint64_t{1} << j;
+        for (std::size_t word = 0; word < composition.outcomes.size(); ++word) {
+            std::uint64_t candidates = casesWithOtherOutcome(composition.outcomes, word, j);
+            for (; candidates != 0; candidates &= candidates - 1) {
+                const std::uint64_t c =
+                    word * wordBits + static_cast<std::uint64_t>(std::countr_zero(candidates));
+                if (c + bit <
+                    composition.caseCount) { // fewer cases than combinations: not every case has a partner
+                    addPair(&composition.modifiedConditions[j], places(c), places(c + bit));
+                }
+            }
+        }
+    }
+}
+
+// The vectors of a case table as bit masks. The characters other than X are numbered in the order met, and
+// the bits of these numbers lie in as many planes; a table of T and F needs one plane.
+struct CaseMasks {
+    std::size_t words = 0;             // of 64 basic conditions each
+    std::size_t planes = 0;            // of `words` words each
+    std::vector<std::uint64_t> values; // by case, plane, word
+    std::vector<std::uint64_t> cares;  // by case, word: a bit where the character is not X
+    bool anyDontCare = false;
+};
+
+char tableCharacter(const Composition& composition, std::size_t at) {
+    return at < composition.cases.size() ? composition.cases[at] : '\0';
+}
+
+CaseMasks masksOf(const Composition& composition) {
+    constexpr std::size_t unnumbered = 256;
+    const auto width = static_cast<std::size_t>(composition.basicConditionCount);
+    const std::size_t size = width * composition.caseCount;
+    std::array<std::size_t, 256> numbers{};
+    numbers.fill(unnumbered);
+    std::size_t used = 0;
+    for (std::size_t at = 0; at < size && at <= composition.cases.size(); ++at) {
+        const char character = tableCharacter(composition, at);
+        std::size_t& number = numbers[static_cast<unsigned char>(character)];
+        if (character != 'X' && number == unnumbered) {
+            number = used++;
+        }
+    }
+
+    CaseMasks masks;
+    masks.words = (width + wordBits - 1) / wordBits;
+    masks.planes = used == 0 ? 0 : static_cast<std::size_t>(std::bit_width(used - 1));
+    masks.values.resize(composition.caseCount * masks.planes * masks.words);
+    masks.cares.resize(composition.caseCount * masks.words);
+    for (std::size_t at = 0; at < size; ++at) {
+        const std::size_t caseNumber = at / width;
+        const std::size_t word = at % width / wordBits;
+        const std::uint64_t bit = std::uint64_t{1} << (at % width % wordBits);
+        const char character = tableCharacter(composition, at);
+        if (character == 'X') {
+            masks.anyDontCare = true;
+            continue;
+        }
+        masks.cares[caseNumber * masks.words + word] |= bit;
+        const std::size_t number = numbers[static_cast<unsigned char>(character)];
+        for (std::size_t plane = 0; plane < masks.planes; ++plane) {
+            if ((number >> plane & 1U) != 0) {
+                masks.values[(caseNumber * masks.planes + plane) * masks.words + word] |= bit;
+            }
+        }
+    }
+    return masks;
+}
+
+// The only position where two cases differ and both care; none when there is no such position or several.
+std::optional<std::size_t> onlyDifference(const CaseMasks& masks, std::size_t a, std::size_t b) {
+    std::optional<std::size_t> position;
+    for (std::size_t word = 0; word < masks.words; ++word) {
+        std::uint64_t differences = 0;
+        for (std::size_t plane = 0; plane < masks.planes; ++plane) {
+            differences |= masks.values[(a * masks.planes + plane) * masks.words + word] ^
+                           masks.values[(b * masks.planes + plane) * masks.words + word];
+        }
+        differences &= masks.cares[a * masks.words + word] & masks.cares[b * masks.words + word];
+        if (differences == 0) {
+            continue;
+        }
+        if (position || !std::has_single_bit(differences)) {
+            return std::nullopt;
+        }
+        position = word * wordBits + static_cast<std::size_t>(std::countr_zero(differences));
+    }
+    return position;
+}
+
+// One pass over the pairs finds those of all basic conditions.
+void pairByComparison(Composition& composition, const CaseMasks& masks, const CasePlaces& places) {
+    const std::uint32_t trueCases = std::min(composition.frontier, composition.caseCount);
+    for (std::uint32_t a = 0; a < trueCases; ++a) {
+        for (std::uint32_t b = trueCases; b < composition.caseCount; ++b) {
+            if (const auto position = onlyDifference(masks, a, b)) {
+                addPair(&composition.modifiedConditions[*position], places(a), places(b));
+            }
+        }
+    }
+}
+
+// Without don't-cares, and with two characters and one word, the partners of a case are known: the false
+// cases whose vector has one bit the other way.
+void pairByLookup(Composition& composition, const CaseMasks& masks, const CasePlaces& places) {
+    const std::uint32_t trueCases = std::min(composition.frontier, composition.caseCount);
+    struct FalseCase {
+        std::uint64_t vector;
+        std::uint32_t number;
+    };
+    std::vector<FalseCase> falseCases;
+    falseCases.reserve(composition.caseCount - trueCases);
+    for (std::uint32_t b = trueCases; b < composition.caseCount; ++b) {
+        falseCases.push_back({masks.values[b], b});
+    }
+    std::stable_sort(falseCases.begin(), falseCases.end(), [](const FalseCase& left, const FalseCase& right) {
+        return left.vector < right.vector;
+    });
+    for (std::uint32_t a = 0; a < trueCases; ++a) {
+        for (std::size_t j = 0; j < composition.modifiedConditions.size(); ++j) {
+            const std::uint64_t wanted = masks.values[a] ^ (std::uint64_t{1} << j);
+            auto partner = std::lower_bound(
+                falseCases.begin(), falseCases.end(), wanted,
+                [](const FalseCase& candidate, std::uint64_t vector) { return candidate.vector < vector; });
+            for (; partner != falseCases.end() && partner->vector == wanted; ++partner) {
+                addPair(&composition.modifiedConditions[j], places(a), places(partner->number));
+            }
+        }
+    }
+}
+
+void pairTableCases(Composition& composition, const CasePlaces& places) {
+    if (composition.frontier == 0 || composition.frontier >= composition.caseCount) {
+        return; // no pair without a true and a false case
+    }
+    const CaseMasks masks = masksOf(composition);
+    if (!masks.anyDontCare && masks.planes == 1 && masks.words == 1) {
+        pairByLookup(composition, masks, places);
+    } else {
+        pairByComparison(composition, masks, places);
+    }
+}
+
+std::uint32_t requiredCondition(const Service& service, std::uint32_t id, std::string_view fileName) {
+    const std::optional<std::uint32_t> place = findCondition(service, id);
+    if (!place) {
+        fatalError(
+            filled(translate("fdcL-Error", "Bad composition in file %1", "%1 is a file name"), {fileName}));
+    }
+    return *place;
+}
+
+void appendCases(Service& service, Composition& composition, std::uint32_t id, std::uint32_t startLine,
+                 std::uint32_t endLine) {
+    composition.firstCase = static_cast<std::uint32_t>(service.conditions.size());
+    service.conditions.reserve(service.conditions.size() + composition.caseCount);
+    ConditionEntry entry;
+    entry.kind = ConditionKind::Case;
+    entry.item.startLine = startLine;
+    entry.item.endLine = endLine;
+    for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
+        entry.item.id = id + i; // wraps as identifiers do
+        appendCondition(service, entry);
+    }
+}
+
+} // namespace
+
+void readComposition(Line& line, FileDescription& description, Service* service, std::uint32_t id,
+                     std::string_view fileName) {
+    const auto readNumber = [&] { return readDecimalValue(nextToken(line), fileName); };
+    Composition composition;
+    composition.basicConditionCount = static_cast<std::int16_t>(readNumber());
+    if (composition.basicConditionCount < 1) {
+        fatalError(filled(translate("fdcL-Error", "Bad number of basic condition in a composition in file %1",
+                                    "%1 is a file name"),
+                          {fileName}));
+    }
+    const auto width = static_cast<std::size_t>(composition.basicConditionCount);
+    for (std::size_t i = 0; i < width; ++i) {
+        composition.basicConditionIds.push_back(readNumber());
+    }
+    composition.caseCount = readNumber();
+    if (composition.caseCount == 0) {
+        fatalError(filled(
+            translate("fdcL-Error", "Bad number of cases in a composition in file %1", "%1 is a file name"),
+            {fileName}));
+    }
+    const std::optional<std::string_view> cases = nextToken(line);
+    if (!cases) {
+        fatalError(filled(translate("fdcL-Error", "Bad cases or expression in a composition in file %1",
+                                    "%1 is a file name"),
+                          {fileName}));
+    }
+    const std::optional<std::string_view> frontier = nextToken(line);
+    composition.frontier = frontier ? readDecimalValue(frontier, fileName) : expressionFrontier;
+    if (frontier && composition.frontier == expressionFrontier) {
+        fatalError(
+            filled(translate("fdcL-Error", "Bad frontier for a composition in file %1", "%1 is a file name"),
+                   {fileName}));
+    }
+    if (service == nullptr) {
+        fatalError(
+            filled(translate("fdcL-Error", "Bad composition in file %1", "%1 is a file name"), {fileName}));
+    }
+    const std::uint32_t first = requiredCondition(*service, composition.basicConditionIds.front(), fileName);
+    const std::uint32_t last = requiredCondition(*service, composition.basicConditionIds.back(), fileName);
+
+    const std::size_t tableSize = frontier ? width * composition.caseCount : cases->size();
+    composition.cases = description.texts.keep(cases->substr(0, tableSize));
+    if (!frontier) {
+        composition.outcomes = CalculVector(composition.cases, composition.caseCount);
+    }
+    appendCases(*service, composition, id, service->conditions[first].item.startLine,
+                service->conditions[last].item.endLine);
+    service->counts[counter::compoundConditions] += composition.caseCount;
+    description.conditionCount += composition.caseCount;
+    computeModifiedConditions(service, &service->compositions.emplace_back(std::move(composition)));
+    service->counts[counter::modifiedConditions] += static_cast<std::uint32_t>(width);
+}
+
+void computeModifiedConditions(Service* service, Composition* composition) {
+    if (service == nullptr || composition == nullptr) {
+        internalError(translate("fdcL-Error", "Cannot calculate modified conditions without composition"));
+    }
+    if (composition->caseCount > manyCases) {
+        infoMessage(
+            filled(translate("fdcL-Info",
+                             "Computing modified conditions from %1compound conditions, it can take a few "
+                             "minutes ...",
+                             "%1 is a number"),
+                   {std::to_string(composition->caseCount)}));
+    }
+    composition->modifiedConditions.resize(composition->basicConditionIds.size());
+    for (std::size_t j = composition->basicConditionIds.size(); j-- > 0;) {
+        const std::optional<std::uint32_t> place = findCondition(*service, composition->basicConditionIds[j]);
+        if (!place) {
+            internalError(translate("fdcL-Assertion", "Cannot find condition in current procedure"));
+        }
+        composition->modifiedConditions[j].basicCondition = *place;
+    }
+    const CasePlaces places(*service, *composition);
+    if (composition->frontier == expressionFrontier) {
+        pairExpressionCases(*composition, places);
+    } else {
+        pairTableCases(*composition, places);
+    }
+}
+
+std::vector<std::uint64_t> CalculVector(std::string_view text, std::uint32_t caseCount) {
+    const Expression expression = completeExpression(text);
+    std::vector<std::uint64_t> outcomes;
+    std::vector<std::uint64_t> stack;
+    outcomes.reserve(caseCount / wordBits + 1);
+    for (std::uint64_t firstCase = 0; firstCase < caseCount; firstCase += wordBits) {
+        outcomes.push_back(outcomeWord(expression, firstCase, stack));
+    }
+    return outcomes;
+}
+
+void computeModifiedConditionHits() {
+    constexpr std::uint8_t hit = hitFlag | everHit;
+    for (const auto& description : loadedDescriptions()) {
+        for (Service& service : description->services) {
+            const auto isHit = [&](std::uint32_t place) {
+                return (service.conditions[place].item.flags & hit) != 0;
+            };
+            for (Composition& composition : service.compositions) {
+                for (ModifiedCondition& modified : composition.modifiedConditions) {
+                    const bool covered = std::any_of(
+                        modified.pairs.begin(), modified.pairs.end(),
+                        [&](const VectorPair& pair) { return isHit(pair.first) && isHit(pair.second); });
+                    if (covered) {
+                        countHit(service, modified, type::modifiedConditions, 1, Counting::Replace);
+                    }
+                }
+            }
+        }
+    }
+}
+
+} // namespace veldacov

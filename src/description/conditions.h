@@ -1,0 +1,40 @@
+#pragma once
+
+// Compositions of conditions: the CC lines of a description, and the modified conditions that follow from
+// them.
+//
+//   CC <ID> <n> <n basic-condition IDs> <m> <cases> [<frontier>]
+//   CC 12 2 8 10 3 TXFTFF 1          a table: m vectors of n characters T, F, X; those before the frontier
+//   are true CC 12 2 8 10 4 A..               an expression in prefix form: case k gives condition j the
+//   value of bit j of k
+//
+// A modified condition is covered when two cases that differ in its basic condition only, and in their
+// outcomes, have both been hit: an independence pair.
+
+#include <cstdint>
+#include <string_view>
+
+#include "description/model.h"
+#include "support/files.h"
+
+namespace veldacov {
+
+// Reads a CC line behind its identifier and adds the composition, its cases and its modified conditions to
+// the service (null when no line before it named one). `fileName` stands in the messages. Malformed lines are
+// fatal errors, malformed expressions internal ones.
+void readComposition(Line& line, FileDescription& description, Service* service, std::uint32_t id,
+                     std::string_view fileName);
+
+// Fills the modified conditions of a composition whose cases stand in the service. A table without
+// don't-cares costs n look-ups per true case, a table with them one comparison per pair of a true and a false
+// case, an expression n steps per case.
+void computeModifiedConditions(Service* service, Composition* composition);
+
+// Evaluates an expression for all cases 0 to caseCount-1: bit c of the words is the outcome of case c. A
+// malformed expression is an internal error.
+std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32_t caseCount);
+
+// Counts a hit for every modified condition that has a pair of hit cases, of this test or of earlier ones.
+void computeModifiedConditionHits();
+
+} // namespace veldacov

@@ -1,0 +1,562 @@
+#include "description/fdcL.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include <QtGlobal>
+
+#include "description/conditions.h"
+#include "description/model.h"
+#include "description/tokens.h"
+#include "support/files.h"
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+// The file being read.
+struct FdcReader {
+    std::string fileName;
+    InputFile input;
+    Line line;
+    std::unique_ptr<FileDescription> section;
+    Service* currentService = nullptr;                     // that of the line before
+    std::unordered_map<const NameEntry*, Service*> byName; // services of the section
+    DescriptionList sections;                              // finished ones, in order of appearance
+    bool redundancySaid = false;
+};
+
+constexpr std::array<std::string_view, 2> readableVersions = {"3.0e", "3.0d"};
+constexpr std::string_view sectionMarker = "/RIK";
+constexpr char markerFence = '@';
+
+struct TypeCode {
+    std::string_view code;
+    std::uint16_t bits;
+};
+constexpr std::array<TypeCode, 11> typeCodes = {{{"PR", type::procedures},
+                                                 {"RE", type::exits},
+                                                 {"AP", type::calls},
+                                                 {"BS", type::simpleBlocks},
+                                                 {"BT", type::transferBlocks},
+                                                 {"BI", type::implicitBlocks},
+                                                 {"BL", type::logicalBlocks},
+                                                 {"BA", type::atcBlocks},
+                                                 {"CO", type::basicConditions},
+                                                 {"CC", type::modifiedConditions | type::compoundConditions},
+                                                 {"CF", type::forcedConditions}}};
+
+struct MissingTypeWarning {
+    std::uint16_t bit;
+    const char* text;
+};
+// The comment of all of them is "%1 is a file name".
+constexpr std::array<MissingTypeWarning, 10> missingTypeWarnings = {{
+    {type::procedures,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Procedures coverage type won't be computed for file %1")},
+    {type::exits,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Procedures and outputs coverage type won't be computed for file %1")},
+    {type::calls, QT_TRANSLATE_NOOP("fdcL-Warning", "Calls coverage type won't be computed for file %1")},
+    {type::simpleBlocks,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Simple blocks coverage type won't be computed for file %1")},
+    {type::implicitBlocks,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Implicit blocks coverage type won't be computed for file %1")},
+    {type::logicalBlocks,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Logical blocks coverage type won't be computed for file %1")},
+    {type::atcBlocks,
+     QT_TRANSLATE_NOOP("fdcL-Warning",
+                       "Asynchronous transfer blocks coverage type won't be computed for file %1")},
+    {type::basicConditions,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Basic conditions coverage type won't be computed for file %1")},
+    {type::modifiedConditions,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Modified conditions coverage type won't be computed for file %1")},
+    {type::compoundConditions,
+     QT_TRANSLATE_NOOP("fdcL-Warning", "Compound conditions coverage type won't be computed for file %1")},
+}};
+
+// Field descriptions of names, translated in the context "fdcL-Error" when one is missing.
+constexpr const char* sourceNameField = QT_TRANSLATE_NOOP("fdcL-Error", "src-file name in FDC file");
+constexpr const char* sourceDirectoryField =
+    QT_TRANSLATE_NOOP("fdcL-Error", "src-file directory in FDC file");
+constexpr const char* entityField = QT_TRANSLATE_NOOP("fdcL-Error", "entity name in FDC file");
+constexpr const char* callingField = QT_TRANSLATE_NOOP("fdcL-Error", "calling function in FDC file");
+constexpr const char* calledField = QT_TRANSLATE_NOOP("fdcL-Error", "called function in FDC file");
+constexpr const char* enclosingField = QT_TRANSLATE_NOOP("fdcL-Error", "enclosing entity in FDC file");
+constexpr const char* labelField = QT_TRANSLATE_NOOP("fdcL-Error", "label in FDC file");
+
+// What a PR line describes: the entry of its service or one of its exits.
+struct ProcedureKind {
+    std::string_view word;
+    bool isEntry;
+    ExitKind exitKind;
+};
+constexpr std::array<ProcedureKind, 4> procedureKinds = {{{"proc", true, ExitKind::EndProc},
+                                                          {"endproc", false, ExitKind::EndProc},
+                                                          {"return", false, ExitKind::Return},
+                                                          {"term", false, ExitKind::Term}}};
+
+struct BlockWord {
+    std::string_view word;
+    BlockKind kind;
+};
+constexpr std::array<BlockWord, 4> blockWords = {{{"simple", BlockKind::Simple},
+                                                  {"implicit", BlockKind::Implicit},
+                                                  {"logical", BlockKind::Logical},
+                                                  {"atc", BlockKind::Atc}}};
+
+// A fatal error whose text names the description.
+[[noreturn]] void fileError(const FdcReader& reader, const QString& text) {
+    fatalError(filled(text, {reader.fileName}));
+}
+
+std::optional<std::string_view> next(FdcReader& reader) {
+    return nextToken(reader.line);
+}
+
+std::uint32_t nextNumber(FdcReader& reader) {
+    return readDecimalValue(next(reader), reader.fileName);
+}
+
+NameEntry* nextName(FdcReader& reader, const char* field) {
+    return readNamedString(reader.line, field, reader.fileName);
+}
+
+// Makes the service of this name the current one; a new one is appended.
+Service& enterService(FdcReader& reader, const NameEntry* name) {
+    if (reader.currentService == nullptr || reader.currentService->name != name) {
+        std::deque<Service>& services = reader.section->services;
+        const auto [known, isNew] = reader.byName.try_emplace(name, nullptr);
+        if (isNew) {
+            Service& service = services.emplace_back();
+            service.name = name;
+            service.place = static_cast<std::uint32_t>(services.size() - 1);
+            known->second = &service;
+        }
+        reader.currentService = known->second;
+    }
+    return *reader.currentService;
+}
+
+// The lines of an item end its record; the service spans those of all its items.
+void readLines(FdcReader& reader, CoverageItem& item) {
+    item.startLine = nextNumber(reader);
+    item.endLine = nextNumber(reader);
+    Service& service = *reader.currentService;
+    service.firstLine = std::min(service.firstLine, item.startLine);
+    service.lastLine = std::max(service.lastLine, item.endLine);
+}
+
+CoverageItem itemWithId(std::uint32_t id) {
+    CoverageItem item;
+    item.id = id;
+    return item;
+}
+
+void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
+    const std::optional<std::string_view> word = next(reader);
+    const auto kind = std::find_if(procedureKinds.begin(), procedureKinds.end(),
+                                   [&](const ProcedureKind& candidate) { return candidate.word == word; });
+    if (kind == procedureKinds.end()) {
+        fileError(reader, translate("fdcL-Error", "Unknown tpr type in FDC file %1", "%1 is a file name"));
+    }
+    Service& service = enterService(reader, nextName(reader, entityField));
+    CoverageItem item = itemWithId(id);
+    if (kind->isEntry) {
+        if (service.entry) {
+            fatalError(
+                filled(translate("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name"),
+                       {service.name->text}));
+        }
+        readLines(reader, item);
+        service.entry = item;
+        service.counts[counter::services] = 1;
+    } else {
+        readLines(reader, item);
+        service.exits.push_back({item, kind->exitKind});
+    }
+    ++service.counts[counter::procedureBranches];
+    ++reader.section->procedureBranchCount;
+}
+
+void readCall(FdcReader& reader, std::uint32_t id) {
+    Service& service = enterService(reader, nextName(reader, callingField));
+    CallEntry call{itemWithId(id), nextName(reader, calledField)};
+    readLines(reader, call.item);
+    service.calls.push_back(call);
+    ++service.counts[counter::calls];
+    ++reader.section->callCount;
+}
+
+void readBlock(FdcReader& reader, std::uint32_t id) {
+    const std::optional<std::string_view> word = next(reader);
+    const auto kind = std::find_if(blockWords.begin(), blockWords.end(),
+                                   [&](const BlockWord& candidate) { return candidate.word == word; });
+    if (kind == blockWords.end()) {
+        fileError(reader, translate("fdcL-Error", "Unknown tb type in FDC file %1", "%1 is a file name"));
+    }
+    Service& service = enterService(reader, nextName(reader, enclosingField));
+    const std::optional<std::string_view> label = next(reader);
+    if (!label) {
+        reportUnreadableField(labelField, reader.fileName);
+    }
+    BlockEntry block{itemWithId(id), kind->kind, reader.section->texts.keep(*label)};
+    readLines(reader, block.item);
+    service.blocks.push_back(block);
+    ++service.counts[*counterOfType(typeOfBlock(kind->kind))];
+    ++reader.section->blockCount;
+}
+
+void readCondition(FdcReader& reader, std::uint32_t id, ConditionKind kind) {
+    Service& service = enterService(reader, nextName(reader, enclosingField));
+    std::string scratch;
+    const std::optional<std::string_view> text = nextQuotedString(reader.line, scratch);
+    if (!text) {
+        fatalError(translate("fdcL-Assertion", "Cannot retrieve correctly basic condition text"));
+    }
+    ConditionEntry condition{itemWithId(id), kind, reader.section->texts.keep(*text)};
+    readLines(reader, condition.item);
+    appendCondition(service, condition);
+    std::uint32_t outcomes = 1;
+    if (kind == ConditionKind::Outcome) {
+        condition.item.id = id + 1; // the false outcome
+        appendCondition(service, condition);
+        ++outcomes;
+    }
+    service.counts[counter::basicConditions] += outcomes;
+    reader.section->conditionCount += outcomes;
+}
+
+void readTwoOutcomeCondition(FdcReader& reader, std::uint32_t id) {
+    readCondition(reader, id, ConditionKind::Outcome);
+}
+
+void readSingleOutcomeCondition(FdcReader& reader, std::uint32_t id) {
+    readCondition(reader, id, ConditionKind::Single);
+}
+
+void readCompositionLine(FdcReader& reader, std::uint32_t id) {
+    readComposition(reader.line, *reader.section, reader.currentService, id, reader.fileName);
+}
+
+// All bigrammes. Those without a handler belong to the frame of a section and are out of place in its body.
+struct BodyLine {
+    std::string_view bigramme;
+    void (*read)(FdcReader&, std::uint32_t id);
+};
+constexpr std::array<BodyLine, 11> bodyLines = {{{"VE", nullptr},
+                                                 {"FC", nullptr},
+                                                 {"DC", nullptr},
+                                                 {"FD", nullptr},
+                                                 {"TC", nullptr},
+                                                 {"PR", readProcedureBranch},
+                                                 {"AP", readCall},
+                                                 {"BL", readBlock},
+                                                 {"CE", readTwoOutcomeCondition},
+                                                 {"CA", readSingleOutcomeCondition},
+                                                 {"CC", readCompositionLine}}};
+
+void readBodyLine(FdcReader& reader) {
+    const std::string_view bigramme = next(reader).value_or(std::string_view());
+    const auto kind = std::find_if(bodyLines.begin(), bodyLines.end(),
+                                   [&](const BodyLine& candidate) { return candidate.bigramme == bigramme; });
+    std::uint32_t id = 0;
+    if (kind != bodyLines.end()) {
+        id = nextNumber(reader);
+    }
+    if (kind == bodyLines.end() || kind->read == nullptr) {
+        fatalError(filled(
+            translate("fdcL-Error", "Unknown bigramme %1 in FDC file %2", "%1 is the text, %2 a file name"),
+            {bigramme, reader.fileName}));
+    }
+    kind->read(reader, id);
+}
+
+bool startsChecksumLine(const Line& line) {
+    constexpr std::string_view start = "DC ";
+    return std::string_view(line.cursor, line.end).starts_with(start);
+}
+
+// Reads body lines up to the DC line; false when the file ends before one.
+bool readBody(FdcReader& reader) {
+    if (!readLine(reader.input, reader.line)) {
+        fatalError(translate("fdcL-Error", "No data in FDC"));
+    }
+    reader.currentService = nullptr;
+    reader.byName.clear();
+    do {
+        if (startsChecksumLine(reader.line)) {
+            return true;
+        }
+        readBodyLine(reader);
+    } while (readLine(reader.input, reader.line));
+    return false;
+}
+
+void readVersionLine(FdcReader& reader) {
+    const std::optional<std::string_view> version = next(reader);
+    if (!version) {
+        fileError(reader,
+                  translate("fdcL-Error", "FDC file without any version string: %1", "%1 is a file name"));
+    }
+    if (std::find(readableVersions.begin(), readableVersions.end(), *version) == readableVersions.end()) {
+        fatalError(filled(translate("fdcL-Error",
+                                    "%1 has been generated with an incompatible version of the product: %2",
+                                    "%1 is a file name, %2 a version"),
+                          {reader.fileName, *version}));
+    }
+    std::optional<std::string_view> token = next(reader);
+    if (!token || token->starts_with('#')) {
+        fileError(reader,
+                  translate("fdcL-Error", "FDC file without any token string: %1", "%1 is a file name"));
+    }
+    for (const NameEntry*& tokenString : reader.section->tokenStrings) {
+        tokenString = internName(*token);
+        token = next(reader);
+        if (!token || token->starts_with('#') ||
+            (!token->empty() && token->front() >= '0' && token->front() <= '9')) {
+            break;
+        }
+    }
+}
+
+void readSourceLine(FdcReader& reader) {
+    if (next(reader) != "FC") {
+        fileError(reader, translate("fdcL-Error", "Bad or missing FC in FDC file %1", "%1 is a file name"));
+    }
+    FileDescription& section = *reader.section;
+    section.sourceName = nextName(reader, sourceNameField);
+    section.sourceDirectory = nextName(reader, sourceDirectoryField);
+    section.fileKey =
+        evalFileKey(std::string(section.sourceDirectory->text).append(section.sourceName->text));
+    section.sourceComment = readNamedString(reader.line);
+}
+
+void readSourceTimeLine(FdcReader& reader) {
+    if (next(reader) != "FD") {
+        fileError(reader, translate("fdcL-Error", "Bad or missing FD in FDC file %1", "%1 is a file name"));
+    }
+    reader.section->sourceTime = static_cast<std::int32_t>(readDecimalTime(next(reader), reader.fileName));
+    if (next(reader)) {
+        fileError(reader, translate("fdcL-Error", "Garbage at the end of FD line in FDC file %1",
+                                    "%1 is a file name"));
+    }
+}
+
+void readTypesLine(FdcReader& reader) {
+    if (next(reader) != "TC") {
+        fileError(reader, translate("fdcL-Error", "Bad or missing TC in FDC file %1", "%1 is a file name"));
+    }
+    std::optional<std::string_view> code = next(reader);
+    if (!code) {
+        fileError(reader, translate("fdcL-Error", "Bad or missing TC information in FDC file %1",
+                                    "%1 is a file name"));
+    }
+    for (; code; code = next(reader)) {
+        const auto known = std::find_if(typeCodes.begin(), typeCodes.end(),
+                                        [&](const TypeCode& candidate) { return candidate.code == *code; });
+        if (known == typeCodes.end()) {
+            fileError(reader,
+                      translate("fdcL-Error", "Unknown coverage type in FDC file %1", "%1 is a file name"));
+        }
+        reader.section->coverageTypes |= known->bits;
+    }
+}
+
+// Reads the head of a section; the line in hand is its VE line, read up to behind the bigramme.
+void readHeader(FdcReader& reader) {
+    readVersionLine(reader);
+    for (void (*readHeaderLine)(FdcReader&) : {readSourceLine, readSourceTimeLine, readTypesLine}) {
+        if (!readLine(reader.input, reader.line)) {
+            fatalError(translate("fdcL-Error", "Bad FDC file"));
+        }
+        readHeaderLine(reader);
+    }
+}
+
+void checkSourceTime(const FileDescription& section, const std::string& sourcePath) {
+    const std::int64_t onDisk = fileModificationTime(sourcePath);
+    if (onDisk == 0 || section.sourceTime == 0) {
+        return;
+    }
+    if (onDisk > section.sourceTime) {
+        warningMessage(filled(
+            translate("fdcL-Warning", "Source file touched after instrumentation: %1", "%1 is a file name"),
+            {sourcePath}));
+    } else if (onDisk < section.sourceTime) {
+        warningMessage(filled(translate("fdcL-Warning", "Older version of src file %1", "%1 is a file name"),
+                              {sourcePath}));
+    }
+}
+
+void checkTypes(const FileDescription& section, std::uint16_t requested, const std::string& sourcePath) {
+    if (requested == 0) {
+        return;
+    }
+    if ((requested & section.coverageTypes) == 0) {
+        warningMessage(
+            filled(translate("fdcL-Warning", "None of requested coverage types will be computed for file %1",
+                             "%1 is a file name"),
+                   {sourcePath}));
+        return;
+    }
+    for (const MissingTypeWarning& warning : missingTypeWarnings) {
+        if ((requested & ~section.coverageTypes & warning.bit) != 0) {
+            warningMessage(
+                filled(translate("fdcL-Warning", warning.text, "%1 is a file name"), {sourcePath}));
+        }
+    }
+}
+
+void checkSection(const FileDescription* section, std::uint16_t requestedTypes) {
+    if (section == nullptr || section->sourceName == nullptr) {
+        internalError(translate("fdcL-Assertion", "Bad attempt to validate FDC file"));
+    }
+    const std::string sourcePath = joinPath(section->sourceDirectory->text, section->sourceName->text);
+    checkSourceTime(*section, sourcePath);
+    checkTypes(*section, requestedTypes, sourcePath);
+}
+
+void foldTokenStrings(FileDescription& section) {
+    std::string joined;
+    for (const NameEntry* token : section.tokenStrings) {
+        if (token != nullptr) {
+            joined.append(joined.empty() ? "" : " ").append(token->text);
+        }
+    }
+    xorFoldText(section.checksum, joined);
+}
+
+// `hasLine`: a line that starts with the bigramme and a blank is in hand.
+void readChecksumLine(FdcReader& reader, bool hasLine) {
+    if (!hasLine || next(reader) != "DC") {
+        fileError(reader, translate("fdcL-Error", "Bad or missing DC in FDC file %1", "%1 is a file name"));
+    }
+    reader.section->checksum = nextNumber(reader);
+    if (const std::optional<std::string_view> key = next(reader)) {
+        reader.section->fileKey = readDecimalValue(key, reader.fileName);
+    }
+    if (next(reader)) {
+        fileError(reader, translate("fdcL-Error", "Garbage at the end of DC line checksum in FDC file %1",
+                                    "%1 is a file name"));
+    }
+    foldTokenStrings(*reader.section);
+}
+
+void freeSection(std::unique_ptr<FileDescription> section) {
+    if (section == nullptr) {
+        internalError(translate("fdcL-Assertion", "Bad attempt to free FDC file"));
+    }
+}
+
+// Keeps the finished section for the model, unless an earlier file has supplied it.
+void keepSection(FdcReader& reader) {
+    const FileDescription& section = *reader.section;
+    if (findDescription(section.fileKey, section.checksum).description != nullptr) {
+        freeSection(std::move(reader.section));
+        if (!std::exchange(reader.redundancySaid, true)) {
+            infoMessage(
+                filled(translate("fdcL-Info", "%1 contains redundant static information; it is ignored",
+                                 "%1 is a fdc file name"),
+                       {reader.fileName}));
+        }
+        return;
+    }
+    indexItems(*reader.section);
+    reader.sections.push_back(std::move(reader.section));
+}
+
+// Reads on to the end of the next line that holds a marker between fences; false at the end of the file.
+bool skipToMarker(FdcReader& reader, bool& open) {
+    std::size_t matched = 0;
+    while (matched < sectionMarker.size()) {
+        const std::optional<char> character = readCharacter(reader.input);
+        if (!character) {
+            return false;
+        }
+        if (*character == markerFence) {
+            open = !open;
+            matched = 0;
+        } else if (open) {
+            matched = *character == sectionMarker[matched] ? matched + 1 : 0;
+        }
+    }
+    for (std::optional<char> character = readCharacter(reader.input); character != '\n';
+         character = readCharacter(reader.input)) {
+        if (!character) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Looks for the VE line of a further section; its bigramme has been read then.
+bool findNextSection(FdcReader& reader) {
+    bool open = false;
+    while (skipToMarker(reader, open)) {
+        if (!readLine(reader.input, reader.line)) {
+            return false;
+        }
+        if (next(reader) == "VE") {
+            return true;
+        }
+    }
+    return false;
+}
+
+void readSections(FdcReader& reader, std::uint16_t requestedTypes) {
+    readHeader(reader);
+    while (!reader.input.atEnd) {
+        checkSection(reader.section.get(), requestedTypes);
+        const bool hasChecksumLine = readBody(reader);
+        readChecksumLine(reader, hasChecksumLine);
+        keepSection(reader);
+        if (findNextSection(reader)) {
+            reader.section = std::make_unique<FileDescription>();
+            readHeader(reader);
+        }
+    }
+}
+
+// Hands the sections of a file that has been read whole to the model, the last one first.
+void closeFdcFile(FdcReader* reader) {
+    if (reader == nullptr) {
+        internalError(translate("fdcL-Assertion", "Bad attempt to close FDC file"));
+    }
+    for (auto section = reader->sections.rbegin(); section != reader->sections.rend(); ++section) {
+        addDescription(std::move(*section));
+    }
+}
+
+} // namespace
+
+void loadFdcFile(const std::string* fileName, std::uint16_t requestedTypes, TraceFileList& traceFiles) {
+    if (fileName == nullptr) {
+        internalError(translate("fdcL-Assertion", "Attempt to open unnamed FDC file"));
+    }
+    FdcReader reader;
+    reader.fileName = *fileName;
+    reader.input = openInput(*fileName);
+    if (!reader.input.isOpen()) {
+        warningMessage(
+            filled(translate("fdcL-Warning", "Cannot open file %1", "%1 is a file name"), {*fileName}));
+        return;
+    }
+    if (!readLine(reader.input, reader.line)) {
+        return;
+    }
+    if (next(reader) != "VE") {
+        traceFiles.push_back(*fileName);
+        return;
+    }
+    reader.section = std::make_unique<FileDescription>();
+    reader.section->fdcName = *fileName;
+    readSections(reader, requestedTypes);
+    closeFdcFile(&reader);
+}
+
+} // namespace veldacov

@@ -1,0 +1,300 @@
+#pragma once
+
+// The coverage model: what the descriptions say, and the place where hits are counted.
+//
+//   loadedDescriptions()              in loading order
+//     FileDescription                 one per described source file
+//       Service                       in order of first mention
+//         entry, exits, calls, blocks, conditions (with their CoverageItem), compositions
+//           Composition               a compound condition; its cases are entries of `conditions`
+//             ModifiedCondition       one per basic condition, with the pairs of cases that prove it
+//
+// Each record owns what is below it. Records stay where they are once their file is loaded; from then on only
+// hits, flags and placeholders change.
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "description/name_pool.h"
+#include "support/text_store.h"
+
+namespace veldacov {
+
+// Bits of a coverage-type mask, shared by options, descriptions and outputs.
+namespace type {
+constexpr std::uint16_t procedures = 0x001;
+constexpr std::uint16_t exits = 0x002;
+constexpr std::uint16_t calls = 0x004;
+constexpr std::uint16_t simpleBlocks = 0x008;
+constexpr std::uint16_t transferBlocks = 0x010; // accepted, counts nothing
+constexpr std::uint16_t implicitBlocks = 0x020;
+constexpr std::uint16_t logicalBlocks = 0x040;
+constexpr std::uint16_t atcBlocks = 0x080;
+constexpr std::uint16_t basicConditions = 0x100;
+constexpr std::uint16_t modifiedConditions = 0x200;
+constexpr std::uint16_t compoundConditions = 0x400;
+constexpr std::uint16_t forcedConditions = 0x800;
+} // namespace type
+
+// Places in CoverageCounters.
+namespace counter {
+constexpr std::size_t services = 0;
+constexpr std::size_t procedureBranches = 1;
+constexpr std::size_t calls = 2;
+constexpr std::size_t simpleBlocks = 3;
+constexpr std::size_t implicitBlocks = 4;
+constexpr std::size_t logicalBlocks = 5;
+constexpr std::size_t atcBlocks = 6;
+constexpr std::size_t basicConditions = 7;
+constexpr std::size_t modifiedConditions = 8;
+constexpr std::size_t compoundConditions = 9;
+} // namespace counter
+
+using CoverageCounters = std::array<std::uint32_t, 10>;
+
+void sumCounters(CoverageCounters& into, const CoverageCounters& from);
+
+enum class ItemKind : std::uint8_t { Procedure = 1, Call = 2, Block = 3, Condition = 4 };
+inline constexpr std::array itemKinds = {ItemKind::Procedure, ItemKind::Call, ItemKind::Block,
+                                         ItemKind::Condition};
+// Place of a kind in tables by kind.
+constexpr std::size_t kindIndex(ItemKind kind) {
+    return static_cast<std::size_t>(kind) - 1;
+}
+
+// Hit counts stop here instead of wrapping.
+constexpr std::uint32_t mostHits = 2147483647;
+
+// Flags of a hit record.
+constexpr std::uint8_t hitFlag = 0x01; // hit; the CIO writer takes it back when it has counted the hit
+constexpr std::uint8_t countedInPeriod = 0x02; // owned by the CIO writer
+constexpr std::uint8_t everHit = 0x10;         // hit in some test
+
+// What is counted for an item or a modified condition.
+struct HitRecord {
+    std::uint32_t testHits = 0;   // in the current test
+    std::uint32_t globalHits = 0; // as last recorded over all tests
+    std::uint8_t flags = 0;
+};
+
+struct CoverageItem : HitRecord {
+    std::uint32_t id = 0; // of the instrumentation, expected to be unique within its section and kind
+    std::uint32_t startLine = 0;
+    std::uint32_t endLine = 0;
+};
+
+enum class ExitKind : std::uint8_t { EndProc = 1, Return = 2, Term = 3 };
+struct ExitEntry {
+    CoverageItem item;
+    ExitKind kind = ExitKind::EndProc;
+};
+
+struct CallEntry {
+    CoverageItem item;
+    const NameEntry* calledName = nullptr;
+};
+
+enum class BlockKind : std::uint8_t { Simple = 0, Implicit = 1, Logical = 2, Atc = 3 };
+struct BlockEntry {
+    CoverageItem item;
+    BlockKind kind = BlockKind::Simple;
+    std::string_view label; // in the texts of the description
+};
+
+enum class ConditionKind : std::uint8_t { Outcome = 0, Single = 1, Case = 2 };
+// The two outcomes of a condition are adjacent, the true one first, and share one text object. A case has no
+// text of its own: conditionText makes it.
+struct ConditionEntry {
+    CoverageItem item;
+    ConditionKind kind = ConditionKind::Outcome;
+    std::string_view text; // with its quotes; in the texts of the description
+};
+
+// Two cases that differ in one basic condition and in their outcome, as places in the service's conditions.
+struct VectorPair {
+    std::uint32_t first = 0;
+    std::uint32_t second = 0;
+};
+
+struct ModifiedCondition : HitRecord {
+    std::uint32_t basicCondition = 0; // place of its (first) entry in the service's conditions
+    std::vector<VectorPair> pairs;    // in the order found
+};
+
+constexpr std::uint32_t expressionFrontier = 4294967295;
+
+struct Composition {
+    std::uint32_t firstCase = 0; // place of case 0 in the service's conditions; the others follow it
+    std::uint32_t caseCount = 0;
+    std::int16_t basicConditionCount = 0;
+    std::uint32_t frontier = 0; // leading cases with outcome true; expressionFrontier: `cases`
+                                // is an expression and `outcomes` tells
+    std::vector<std::uint32_t> basicConditionIds;      // in order
+    std::string_view cases;                            // table or expression; in the texts of the description
+    std::vector<std::uint64_t> outcomes;               // bit c of the words: outcome of case c
+    std::vector<ModifiedCondition> modifiedConditions; // in basic-condition order
+};
+
+struct Service {
+    const NameEntry* name = nullptr;
+    std::uint32_t place = 0; // in the services of its file
+    CoverageCounters counts{};
+    CoverageCounters testCovered{};
+    CoverageCounters globalCovered{};
+    std::optional<CoverageItem> entry;
+    std::vector<ExitEntry> exits;
+    std::vector<CallEntry> calls;
+    std::vector<BlockEntry> blocks;
+    std::vector<ConditionEntry> conditions;
+    std::vector<Composition> compositions;
+    std::uint32_t firstLine = 4294967295;
+    std::uint32_t lastLine = 0;
+    bool touchedInTest = false; // stands in the list of services that resetTestCounts has to visit
+    // First place of each condition identifier, filled while conditions do not come in ascending order of
+    // their identifiers (see findCondition).
+    bool conditionsAscend = true;
+    std::unordered_map<std::uint32_t, std::uint32_t> conditionPlaces;
+};
+
+// Where an item stands.
+struct ItemPlace {
+    Service* service = nullptr;
+    std::uint32_t position = 0; // in the list of its kind; of no meaning for an entry
+    std::uint16_t type = 0;     // its coverage type
+};
+
+// Items of one kind by identifier. Dense identifiers index an array, others a hash table. An identifier that
+// occurs in several services keeps all of them, in service order.
+struct ItemIndex {
+    std::vector<ItemPlace> dense;
+    std::unordered_map<std::uint32_t, ItemPlace> sparse;
+    std::unordered_map<std::uint32_t, std::vector<ItemPlace>> repeated;
+};
+
+// Hits kept for the cleaned trace: count by identifier for one hit keyword. It exists from its first hit to
+// the next write. Only entries that were hit are stored, whatever size the table has grown to.
+struct BranchHitTable {
+    std::vector<std::uint32_t> counts;                       // of a described file: one entry per item
+    std::unordered_map<std::uint32_t, std::uint32_t> sparse; // of a placeholder
+    bool exists = false;
+};
+
+struct FileDescription {
+    std::string fdcName; // empty on further sections of the same file and on placeholders
+    std::uint32_t fileKey = 0;
+    std::uint32_t checksum = 0;
+    std::int32_t sourceTime = 0;
+    std::uint16_t coverageTypes = 0;
+    NameEntry* sourceName = nullptr;
+    const NameEntry* sourceDirectory = nullptr;
+    std::uint32_t procedureBranchCount = 0;
+    std::uint32_t callCount = 0;
+    std::uint32_t blockCount = 0;
+    std::uint32_t conditionCount = 0;
+    bool placeholder = false;       // made for a traced file that nothing describes
+    bool countOriented = false;     // of a placeholder: its traces carry counts
+    bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
+    std::array<BranchHitTable, 4> branchHitTables; // by kind
+    std::deque<Service> services;                  // in order of first mention; a deque: services never move
+    const NameEntry* sourceComment = nullptr;
+    std::array<const NameEntry*, 4> tokenStrings{};
+    TextStore texts;                      // labels, condition texts, cases: what the records' views look at
+    std::array<ItemIndex, 4> itemIndexes; // by kind; made by indexItems
+};
+
+using DescriptionList = std::vector<std::unique_ptr<FileDescription>>;
+
+// All descriptions, in loading order, then the placeholders.
+DescriptionList& loadedDescriptions();
+// All coverage types that some description was instrumented for.
+std::uint16_t typesOfAllDescriptions();
+void addDescription(std::unique_ptr<FileDescription> description);
+void freeAllDescriptions();
+
+// The first description with this key and checksum, null when there is none. `otherChecksum`: a description
+// with this key and another checksum stands before it. Forgets the current service. Expected constant time.
+struct FoundDescription {
+    FileDescription* description = nullptr;
+    bool otherChecksum = false;
+};
+FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum);
+
+// Makes the indexes that findItem and recordHit need; once, when the description is complete.
+void indexItems(FileDescription& description);
+
+// An item with where it stands; none when the file has no such item. The search starts at the current
+// service, goes round the file's services once, and leaves the service found as the current one.
+std::optional<ItemPlace> findItem(FileDescription& description, ItemKind kind, std::uint32_t id);
+CoverageItem& itemAt(const ItemPlace& place, ItemKind kind);
+
+// Counts a hit on the item; a missing item is a fatal error. With `Accumulate` the count is added (saturating
+// at mostHits), otherwise it replaces what was counted.
+enum class Counting : bool { Replace, Accumulate };
+void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, std::uint32_t count,
+               Counting counting);
+void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
+              Counting counting);
+
+// The services that were hit in the current test, each once, in the order of their first hits.
+const std::vector<Service*>& servicesHitInTest();
+// Zeroes what was counted for the current test. Costs what the test touched.
+void resetTestCounts();
+
+// Place of the first condition of the service with this identifier.
+std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t id);
+// Appends a condition; findCondition knows it from then on.
+void appendCondition(Service& service, const ConditionEntry& entry);
+
+// The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
+std::string conditionText(const Service& service, std::uint32_t place);
+// "True" for the first outcome of a two-outcome condition (the next entry shares its text object), "False"
+// for the second, empty for other conditions.
+std::string_view outcomeText(const Service& service, std::uint32_t place);
+// The line that outputs show for a block: an implicit one stands where its statement ends.
+inline std::uint32_t blockLine(const BlockEntry& block) {
+    return block.kind == BlockKind::Implicit ? block.item.endLine : block.item.startLine;
+}
+// The texts of a modified condition's pairs, "#<n> (case/case), (case/case)"; empty when it has no pair.
+// `place` is that of the modified condition in its composition.
+std::string pairsText(const Service& service, const Composition& composition, std::size_t place);
+
+// The counter of the items of a coverage type, none for types that count nothing. Entries count twice: see
+// countHit.
+std::optional<std::size_t> counterOfType(std::uint16_t coverageType);
+std::uint16_t typeOfBlock(BlockKind kind);
+
+// Calls visit(record, coverage type) for every item and modified condition of a service, in the order entry,
+// exits, calls, blocks, conditions, modified conditions.
+template <typename Visit>
+void forEachItem(Service& service, Visit visit) {
+    if (service.entry) {
+        visit(*service.entry, type::procedures);
+    }
+    for (ExitEntry& exit : service.exits) {
+        visit(exit.item, type::exits);
+    }
+    for (CallEntry& call : service.calls) {
+        visit(call.item, type::calls);
+    }
+    for (BlockEntry& block : service.blocks) {
+        visit(block.item, typeOfBlock(block.kind));
+    }
+    for (ConditionEntry& condition : service.conditions) {
+        visit(condition.item,
+              condition.kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions);
+    }
+    for (Composition& composition : service.compositions) {
+        for (ModifiedCondition& modified : composition.modifiedConditions) {
+            visit(modified, type::modifiedConditions);
+        }
+    }
+}
+
+} // namespace veldacov
