@@ -1,0 +1,126 @@
+#include "report/auth.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_set>
+
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+using NameSet = std::unordered_set<const NameEntry*>;
+
+bool isSelected(const NameEntry* name, std::uint32_t selectedMark, std::uint32_t excludedMark,
+                bool byDefault) {
+    if (name != nullptr && (name->flags & selectedMark) != 0) {
+        return true;
+    }
+    if (name != nullptr && (name->flags & excludedMark) != 0) {
+        return false;
+    }
+    return byDefault;
+}
+
+// Warns about each name of a list that is not among the known ones.
+void warnUnknown(const NameCountList& names, const NameSet& known, const QString& text) {
+    for (const NameCountList::Node& node : names.nodes) {
+        if (!known.contains(node.name)) {
+            warningMessage(filled(text, {node.name->text}));
+        }
+    }
+}
+
+void warnUnseen(const NameCountList& names, const NameCountList& seen, const QString& text) {
+    for (const NameCountList::Node& node : names.nodes) {
+        if (!seen.places.contains(node.name)) {
+            warningMessage(filled(text, {node.name->text}));
+        }
+    }
+}
+
+bool anyServiceSelected(const FileDescription& description, const CoverageOptions& options) {
+    return std::any_of(description.services.begin(), description.services.end(),
+                       [&](const Service& service) { return GetServiceAuth(service.name, options); });
+}
+
+bool typesFit(const CoverageOptions& options) {
+    return options.coverageTypes == 0 ||
+           std::any_of(loadedDescriptions().begin(), loadedDescriptions().end(),
+                       [&](const auto& description) {
+                           return (description->coverageTypes & options.coverageTypes) != 0;
+                       });
+}
+
+} // namespace
+
+bool GetFileAuth(const NameEntry* sourceName, const CoverageOptions& options) {
+    return isSelected(sourceName, mark::file, mark::exFile,
+                      (options.selectionMask & selection::allFiles) != 0);
+}
+
+bool GetServiceAuth(const NameEntry* service, const CoverageOptions& options) {
+    if (service == nullptr) {
+        internalError(translate("Internal Error", "Cannot get service name in GetServiceAuth()"));
+    }
+    return isSelected(service, mark::service, mark::exService,
+                      (options.selectionMask & selection::allServices) != 0);
+}
+
+bool GetTestAuth(const NameEntry* test, const CoverageOptions& options) {
+    return isSelected(test, mark::test, mark::exTest, (options.selectionMask & selection::allTests) != 0);
+}
+
+void checkSelection(const CoverageOptions& options) {
+    NameSet files;
+    NameSet services;
+    for (const auto& description : loadedDescriptions()) {
+        files.insert(description->sourceName);
+        if (GetFileAuth(description->sourceName, options)) {
+            for (const Service& service : description->services) {
+                services.insert(service.name);
+            }
+        }
+    }
+    warnUnknown(options.fileList, files,
+                translate("User Warning", "File %1 in -FILE option is not in source file list",
+                          "%1 is the name of the file"));
+    warnUnknown(options.exFileList, files,
+                translate("User Warning", "File %1 in -EXFILE option is not in source file list",
+                          "%1 is the name of the file"));
+    warnUnknown(options.serviceList, services,
+                translate("User Warning",
+                          "Service %1 in -SERVICE option is unknown in selected source file list",
+                          "%1 is the name of the file"));
+    warnUnknown(options.exServiceList, services,
+                translate("User Warning",
+                          "Service %1 in -EXSERVICE option is unknown in selected source file list",
+                          "%1 is the name of the file"));
+
+    bool anythingToReport = false;
+    for (const auto& description : loadedDescriptions()) {
+        if (!GetFileAuth(description->sourceName, options)) {
+            continue;
+        }
+        if (anyServiceSelected(*description, options)) {
+            anythingToReport = true;
+        } else {
+            description->sourceName->flags |= mark::exFile;
+        }
+    }
+    if (!anythingToReport || !typesFit(options)) {
+        fatalError(translate("Fatal Error", "There is nothing to report ... report is empty"));
+    }
+}
+
+void warnUnseenTests(const NameCountList& seenTests, const CoverageOptions& options) {
+    warnUnseen(options.testList, seenTests,
+               translate("User Warning", "Test %1 in -TEST option was unknown in trace file list",
+                         "%1 is the name of the file"));
+    warnUnseen(options.exTestList, seenTests,
+               translate("User Warning", "Test %1 in -EXTEST option was unknown in trace file list",
+                         "%1 is the name of the file"));
+}
+
+} // namespace veldacov

@@ -1,0 +1,236 @@
+#include "report/cio.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "report/auth.h"
+#include "report/rates.h"
+#include "support/files.h"
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+// A selected service with what was hit first in it since the last O block.
+struct CioEntry {
+    const NameEntry* fileName = nullptr;
+    const FileDescription* description = nullptr;
+    Service* service = nullptr;
+    CoverageCounters accumulated{};
+};
+
+struct CioState {
+    OutputFile out;
+    bool noTestBlockYet = true;
+    bool noServiceBlockYet = true;
+    std::vector<CioEntry> entries; // in the order of files and their services
+    std::array<std::string, static_cast<std::size_t>(ReportLabel::Count)> labels; // looked up once
+};
+CioState cio;
+
+// The services printed in one block; a File line stands before each run of services of one file name.
+struct CioBlock {
+    const NameEntry* fileName = nullptr;
+    bool anyPrinted = false;
+};
+
+const std::string& plain(ReportLabel label) {
+    std::string& text = cio.labels[static_cast<std::size_t>(label)];
+    if (text.empty()) {
+        text = plainLabelText(label);
+    }
+    return text;
+}
+
+// An entry's contribution to the new hits: 1 for an item that was hit since it was last looked at, and not
+// yet counted in this period.
+std::uint32_t takeNewHit(HitRecord& record) {
+    if ((record.flags & hitFlag) == 0) {
+        return 0;
+    }
+    record.flags &= static_cast<std::uint8_t>(~hitFlag);
+    if ((record.flags & countedInPeriod) != 0) {
+        return 0;
+    }
+    record.flags |= countedInPeriod;
+    return 1;
+}
+
+CoverageCounters takeNewHits(Service& service) {
+    CoverageCounters newHits{};
+    forEachItem(service, [&](HitRecord& record, std::uint16_t coverageType) {
+        const std::uint32_t taken = takeNewHit(record);
+        newHits[*counterOfType(coverageType)] += taken;
+        if (coverageType == type::procedures) {
+            newHits[counter::services] = taken;
+        }
+    });
+    return newHits;
+}
+
+bool anyCounted(const CoverageCounters& counters) {
+    return std::any_of(counters.begin(), counters.end(), [](std::uint32_t count) { return count != 0; });
+}
+
+void writeServiceLines(CioBlock& block, const CioEntry& entry) {
+    if (!block.anyPrinted || block.fileName != entry.fileName) {
+        putLine(cio.out, " ", plain(ReportLabel::File), " ", nameText(entry.fileName));
+    }
+    block = {entry.fileName, true};
+    putLine(cio.out, "    ", entry.service->name->text);
+}
+
+void putSingleRate(std::uint32_t total, std::uint32_t hits, std::size_t width) {
+    cio.out.putRate(static_cast<float>(ratePercentage(total, hits)), width);
+}
+
+// `newHits` may be null.
+void writeRateLines(const TraceSession& session, const CioEntry& entry, const CoverageCounters& hits,
+                    const CoverageCounters* newHits) {
+    for (const RateRow& row : rateRows) {
+        if ((session.typesInUse & row.bit) == 0) {
+            continue;
+        }
+        const std::string& label = plain(labelOf(row, session.typesInUse));
+        const std::uint32_t total = rowSum(row, entry.service->counts);
+        if (total == 0) {
+            const bool instrumented = (entry.description->coverageTypes & row.bit) != 0;
+            putLine(cio.out, "       ", label, "\t",
+                    plain(instrumented ? ReportLabel::None : ReportLabel::NotApplicable));
+            continue;
+        }
+        const std::uint32_t rowHits = rowSum(row, hits);
+        cio.out.put("       ");
+        cio.out.put(label);
+        cio.out.put('\t');
+        putSingleRate(total, rowHits, 5);
+        cio.out.put("% (");
+        cio.out.putNumber(rowHits);
+        cio.out.put('/');
+        cio.out.putNumber(total);
+        cio.out.put(')');
+        if (newHits != nullptr) {
+            const std::uint32_t rowNewHits = rowSum(row, *newHits);
+            cio.out.put(", +");
+            putSingleRate(total, rowNewHits, 0);
+            cio.out.put(" (+");
+            cio.out.putNumber(rowNewHits);
+            cio.out.put(')');
+        }
+        cio.out.put('\n');
+    }
+}
+
+void writeRemark(const TraceSession& session, ReportLabel remark) {
+    if ((session.typesInUse & type::modifiedConditions) != 0) {
+        putLine(cio.out, " (", plain(remark), ")");
+    }
+}
+
+void finishBlock(const CioBlock& block) {
+    if (!block.anyPrinted) {
+        putLine(cio.out, " ", plain(ReportLabel::NothingHit));
+    }
+}
+
+void forgetPeriod(CioEntry& entry) {
+    entry.accumulated = {};
+    forEachItem(*entry.service, [](HitRecord& record, std::uint16_t) {
+        record.flags &= static_cast<std::uint8_t>(~countedInPeriod);
+    });
+}
+
+} // namespace
+
+void openCio(const TraceSession& session) {
+    const std::string& name = *session.options->cioFile;
+    cio = {};
+    cio.out = OutputFile(platform::createForWriting(name), name);
+    if (!cio.out.isOpen()) {
+        fatalError(filled(
+            translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"), {name}));
+    }
+    putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
+    putLine(cio.out, "# Tool version: ", toolVersion);
+    putLine(cio.out, "# Generation date: ", dateText(presentTime()));
+    for (const auto& description : loadedDescriptions()) {
+        if (!GetFileAuth(description->sourceName, *session.options)) {
+            continue;
+        }
+        for (Service& service : description->services) {
+            if (GetServiceAuth(service.name, *session.options)) {
+                cio.entries.push_back({description->sourceName, description.get(), &service, {}});
+            }
+        }
+    }
+}
+
+void writeCioTestBlock(const TraceSession& session) {
+    if (session.currentTestNumber == -1) {
+        fatalError(filled(
+            translate("Fatal Error", "No current test number in file %1", "%1 is the name of the file"),
+            {session.trace.fileName}));
+    }
+    putLine(cio.out, "T", static_cast<std::uint32_t>(session.currentTestNumber));
+    if (!cio.noTestBlockYet) {
+        writeRemark(session, cio.noServiceBlockYet ? ReportLabel::PreviousTests
+                                                   : ReportLabel::PreviousTestsAndServices);
+    }
+    cio.noTestBlockYet = false;
+    CioBlock block;
+    for (CioEntry& entry : cio.entries) {
+        if (anyCounted(entry.service->testCovered)) {
+            writeServiceLines(block, entry);
+            const CoverageCounters newHits = takeNewHits(*entry.service);
+            sumCounters(entry.accumulated, newHits);
+            writeRateLines(session, entry, entry.service->testCovered, &newHits);
+        }
+    }
+    finishBlock(block);
+}
+
+void writeCioServiceBlock(const TraceSession& session) {
+    if (session.currentServiceNumber == -1) {
+        fatalError(filled(
+            translate("Fatal Error", "No current service number in file %1", "%1 is the name of the file"),
+            {session.trace.fileName}));
+    }
+    putLine(cio.out, "O", static_cast<std::uint32_t>(session.currentServiceNumber));
+    if (!cio.noServiceBlockYet) {
+        writeRemark(session, ReportLabel::PreviousServices);
+    }
+    cio.noServiceBlockYet = false;
+    CioBlock block;
+    for (CioEntry& entry : cio.entries) {
+        if (anyCounted(entry.accumulated)) {
+            writeServiceLines(block, entry);
+            writeRateLines(session, entry, entry.accumulated, nullptr);
+            forgetPeriod(entry);
+        }
+    }
+    finishBlock(block);
+}
+
+void writeCioGlobalBlock(const TraceSession& session) {
+    putLine(cio.out, "G");
+    CioBlock block;
+    for (const CioEntry& entry : cio.entries) {
+        writeServiceLines(block, entry);
+        const CoverageCounters& hits = entry.service->globalCovered;
+        if ((session.typesInUse & type::procedures) != 0) {
+            putLine(cio.out, "       ", plain(ReportLabel::Hit), "\t",
+                    plain(hits[counter::services] != 0 ? ReportLabel::Yes : ReportLabel::No));
+        }
+        writeRateLines(session, entry, hits, nullptr);
+    }
+}
+
+void closeCio() {
+    cio.out.finish();
+    cio = {};
+}
+
+} // namespace veldacov

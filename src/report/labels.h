@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "description/model.h"
+
+namespace veldacov {
+
+enum class Language : std::uint8_t { English = 0, French = 1 };
+
+enum class ReportLabel : std::uint8_t {
+    Functions,
+    Hit,
+    Yes,
+    No,
+    FunctionsAndExits,
+    Calls,
+    StatementBlocks,
+    ImplicitBlocks,
+    Decisions,
+    Loops,
+    AsynchronousTransferBlocks,
+    BasicConditions,
+    ModifiedConditions,
+    MultipleConditions,
+    ForcedModifiedConditions,
+    ForcedMultipleConditions,
+    Incoming,
+    RegularLeaving,
+    Return,
+    Termination,
+    Line,
+    Conclusion,
+    ConclusionTest,
+    Times,
+    None,
+    NotApplicable,
+    Title,
+    ReferencesHit,
+    ReferencesNotHit,
+    MaximumReached,
+    NoVectorPair,
+    PreviousTests,
+    PreviousTestsAndServices,
+    PreviousServices,
+    NothingHit,
+    File,
+    Count
+};
+
+// The fixed text of the report in its language, spaces included. Not translated.
+std::string_view labelText(ReportLabel label, Language language);
+// The label of a reference to an exit.
+ReportLabel exitLabel(ExitKind kind);
+
+// The plain text for the CIO file, translated, in the local encoding.
+std::string plainLabelText(ReportLabel label);
+
+} // namespace veldacov

@@ -1,0 +1,349 @@
+#include "report/report_text.h"
+
+#include <array>
+#include <functional>
+#include <string>
+
+#include "report/auth.h"
+#include "report/rates.h"
+#include "support/files.h"
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+// One block of rates: of a file, a service or a conclusion.
+struct CoverageBlock {
+    const Service* service = nullptr; // set for a service's block only
+    std::string_view prefix;
+    std::string_view name;              // empty: no name line
+    const NameEntry* comment = nullptr; // follows the name
+    const CoverageCounters* totals = nullptr;
+    const CoverageCounters* hits = nullptr;
+    std::uint16_t instrumentedTypes = 0; // tells "none" from "n/a"
+};
+
+std::string_view text(const TraceSession& session, ReportLabel label) {
+    return labelText(label, session.language);
+}
+
+const CoverageCounters& hitsOf(const TraceSession& session, const Service& service) {
+    return session.options->global ? service.globalCovered : service.testCovered;
+}
+
+std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
+    return session.options->global ? record.globalHits : record.testHits;
+}
+
+// The form of tests without counts lists the references that were not hit, with -BRANCH=COV those that were.
+void writePlainReference(TraceSession& session, std::string_view label, std::string_view detail,
+                         std::uint32_t count, std::uint32_t line) {
+    if ((count != 0) == session.options->branchCoverage) {
+        putLine(*session.reportStream, "\t\t\t\t", label, detail.empty() ? "" : " ", detail, ", ",
+                text(session, ReportLabel::Line), " ", line);
+    }
+}
+
+void writeCountedReference(TraceSession& session, std::string_view label, std::string_view detail,
+                           std::uint32_t count, std::uint32_t line) {
+    putLine(*session.reportStream, "\t\t\t", count == 0 ? "*****" : "", "\t", label,
+            detail.empty() ? "" : " ", detail, ", ", text(session, ReportLabel::Line), " ", line, ", ", count,
+            " ", text(session, ReportLabel::Times),
+            count == mostHits ? text(session, ReportLabel::MaximumReached) : "");
+}
+
+void writeReference(TraceSession& session, std::string_view label, std::string_view detail,
+                    std::uint32_t count, std::uint32_t line) {
+    if (session.trace.countOriented) {
+        writeCountedReference(session, label, detail, count, line);
+    } else {
+        writePlainReference(session, label, detail, count, line);
+    }
+}
+
+void writeEntryReference(TraceSession& session, const Service& service) {
+    if (!service.entry) {
+        internalError(translate("Internal Error", "No entry point in proc"));
+    }
+    writeReference(session, text(session, ReportLabel::Incoming), "", hitsOf(session, *service.entry),
+                   service.entry->startLine);
+}
+
+void writeProcedureBranches(TraceSession& session, const Service& service) {
+    writeEntryReference(session, service);
+    for (const ExitEntry& exit : service.exits) {
+        writeReference(session, text(session, exitLabel(exit.kind)), "", hitsOf(session, exit.item),
+                       exit.item.startLine);
+    }
+}
+
+void writeCalls(TraceSession& session, const Service& service) {
+    for (const CallEntry& call : service.calls) {
+        writeReference(session, call.calledName->text, "", hitsOf(session, call.item), call.item.startLine);
+    }
+}
+
+template <BlockKind kind>
+void writeBlocks(TraceSession& session, const Service& service) {
+    for (const BlockEntry& block : service.blocks) {
+        if (block.kind == kind) {
+            writeReference(session, block.label, "", hitsOf(session, block.item), blockLine(block));
+        }
+    }
+}
+
+void writeBasicConditions(TraceSession& session, const Service& service) {
+    for (std::uint32_t place = 0; place < service.conditions.size(); ++place) {
+        const ConditionEntry& condition = service.conditions[place];
+        if (condition.kind != ConditionKind::Case) {
+            writeReference(session, condition.text, outcomeText(service, place),
+                           hitsOf(session, condition.item), condition.item.startLine);
+        }
+    }
+}
+
+void writeModifiedConditions(TraceSession& session, const Service& service) {
+    for (const Composition& composition : service.compositions) {
+        for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
+            const ModifiedCondition& modified = composition.modifiedConditions[place];
+            const std::string pairs = pairsText(service, composition, place);
+            writePlainReference(session, conditionText(service, modified.basicCondition),
+                                pairs.empty() ? text(session, ReportLabel::NoVectorPair) : pairs,
+                                hitsOf(session, modified),
+                                service.conditions[modified.basicCondition].item.startLine);
+        }
+    }
+}
+
+void writeCompoundCases(TraceSession& session, const Service& service) {
+    for (const Composition& composition : service.compositions) {
+        for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
+            const std::uint32_t place = composition.firstCase + i;
+            const CoverageItem& item = service.conditions[place].item;
+            writeReference(session, conditionText(service, place), "", hitsOf(session, item), item.startLine);
+        }
+    }
+}
+
+using ReferenceWriter = void (*)(TraceSession&, const Service&);
+// By References, from ProcedureBranches on.
+constexpr std::array<ReferenceWriter, 9> referenceWriters = {writeProcedureBranches,
+                                                             writeCalls,
+                                                             writeBlocks<BlockKind::Simple>,
+                                                             writeBlocks<BlockKind::Implicit>,
+                                                             writeBlocks<BlockKind::Logical>,
+                                                             writeBlocks<BlockKind::Atc>,
+                                                             writeBasicConditions,
+                                                             writeModifiedConditions,
+                                                             writeCompoundCases};
+
+void writeReferences(TraceSession& session, References references, const CoverageBlock& block) {
+    if (references != References::None && block.service != nullptr &&
+        session.options->summaryLevel == SummaryLevel::None) {
+        referenceWriters[static_cast<std::size_t>(references) - 1](session, *block.service);
+    }
+}
+
+ReportLabel zeroTotalLabel(const CoverageBlock& block, std::uint16_t bit) {
+    return (block.instrumentedTypes & bit) != 0 ? ReportLabel::None : ReportLabel::NotApplicable;
+}
+
+void writeRate(TraceSession& session, std::string_view prefix, ReportLabel label, std::uint32_t total,
+               std::uint32_t hits, ReportLabel zeroTotal) {
+    OutputFile& out = *session.reportStream;
+    if (total == 0) {
+        putLine(out, "\t\t", prefix, text(session, label), " ", text(session, zeroTotal));
+        return;
+    }
+    out.put("\t\t");
+    out.put(prefix);
+    out.put(text(session, label));
+    out.put(' ');
+    out.putRate(ratePercentage(total, hits), 5);
+    putLine(out, "% (", hits, "/", total, ")");
+}
+
+void writeNameLine(TraceSession& session, const CoverageBlock& block) {
+    if (block.name.empty()) {
+        return;
+    }
+    putLine(*session.reportStream, block.prefix, block.name, " :");
+    if (block.comment != nullptr) {
+        putLine(*session.reportStream, block.prefix, "  (", block.comment->text, ")");
+    }
+}
+
+// The services entered: a rate for files and conclusions, one line for a service.
+void writeEntries(TraceSession& session, const CoverageBlock& block) {
+    const std::uint32_t total = (*block.totals)[counter::services];
+    const std::uint32_t hits = (*block.hits)[counter::services];
+    if (total == 0) {
+        return;
+    }
+    if (block.service == nullptr) {
+        writeRate(session, block.prefix, ReportLabel::Functions, total, hits,
+                  zeroTotalLabel(block, type::procedures));
+        return;
+    }
+    putLine(*session.reportStream, "\t\t", block.prefix, text(session, ReportLabel::Hit), " ",
+            text(session, hits != 0 ? ReportLabel::Yes : ReportLabel::No));
+    // With exits in use the entry is among their references.
+    if ((session.typesInUse & type::exits) == 0 && session.trace.countOriented) {
+        writeEntryReference(session, *block.service);
+    }
+}
+
+bool isShown(const RateRow& row, const CoverageCounters& totals) {
+    switch (row.guard) {
+    case RowGuard::Always: return true;
+    case RowGuard::WhenDescribed: return rowSum(row, totals) > 0;
+    case RowGuard::WhenThereAreExits: break;
+    }
+    return totals[counter::procedureBranches] > totals[counter::services];
+}
+
+void writeCoverageBlock(TraceSession& session, const CoverageBlock& block) {
+    writeNameLine(session, block);
+    if ((session.typesInUse & type::procedures) != 0) {
+        writeEntries(session, block);
+    }
+    for (const RateRow& row : rateRows) {
+        if ((session.typesInUse & row.bit) != 0 && isShown(row, *block.totals)) {
+            writeRate(session, block.prefix, labelOf(row, session.typesInUse), rowSum(row, *block.totals),
+                      rowSum(row, *block.hits), zeroTotalLabel(block, row.bit));
+            writeReferences(session, row.references, block);
+        }
+    }
+}
+
+void writeRemark(TraceSession& session, ReportLabel remark) {
+    putLine(*session.reportStream, "(", text(session, remark), ")");
+}
+
+void writeTestTitle(TraceSession& session) {
+    if (!session.options->global) {
+        writeSeparator(session);
+        const NameEntry* date = session.trace.testDate;
+        putLine(*session.reportStream, "Test ", nameText(session.trace.currentTest), " :",
+                date != nullptr ? " " : "", nameText(date));
+    }
+    writeSeparator(session);
+}
+
+void writeRemarks(TraceSession& session) {
+    const CoverageOptions& options = *session.options;
+    if (options.summaryLevel == SummaryLevel::None && session.typesInUse != type::procedures &&
+        !session.trace.countOriented) {
+        writeRemark(session,
+                    options.branchCoverage ? ReportLabel::ReferencesHit : ReportLabel::ReferencesNotHit);
+    }
+    if (!options.global && (session.typesInUse & type::modifiedConditions) != 0 && session.testReported) {
+        writeRemark(session, ReportLabel::PreviousTests);
+    }
+}
+
+// What a file's selected services hold and what of it was hit.
+struct FileSums {
+    CoverageCounters totals{};
+    CoverageCounters hits{};
+};
+
+FileSums sumsOf(const TraceSession& session, const FileDescription& description) {
+    FileSums sums;
+    for (const Service& service : description.services) {
+        if (GetServiceAuth(service.name, *session.options)) {
+            sumCounters(sums.totals, service.counts);
+            sumCounters(sums.hits, hitsOf(session, service));
+        }
+    }
+    return sums;
+}
+
+void writeServiceBlocks(TraceSession& session, const FileDescription& description) {
+    for (const Service& service : description.services) {
+        if (GetServiceAuth(service.name, *session.options)) {
+            writeCoverageBlock(session, {&service, "\t", service.name->text, nullptr, &service.counts,
+                                         &hitsOf(session, service), description.coverageTypes});
+        }
+    }
+}
+
+void writeFileBlocks(TraceSession& session, const FileDescription& description, const FileSums& sums) {
+    const SummaryLevel level = session.options->summaryLevel;
+    if (level == SummaryLevel::Conclusion) {
+        return;
+    }
+    session.typesInUse = typesOr(*session.options, description.coverageTypes);
+    writeCoverageBlock(session, {nullptr, "", nameText(description.sourceName), description.sourceComment,
+                                 &sums.totals, &sums.hits, description.coverageTypes});
+    if (level <= SummaryLevel::Service) {
+        writeServiceBlocks(session, description);
+    }
+}
+
+void writeConclusion(TraceSession& session, std::string_view name, const CoverageCounters& totals,
+                     const CoverageCounters& hits) {
+    session.typesInUse = typesOr(*session.options, session.typesOfAllFiles);
+    writeSeparator(session);
+    writeCoverageBlock(session, {nullptr, "", name, nullptr, &totals, &hits, session.reportedTypes});
+}
+
+// All selected services, whether their file is selected or not.
+void sumOverall(TraceSession& session) {
+    session.overallTotals = {};
+    session.overallHits = {};
+    for (const auto& description : loadedDescriptions()) {
+        for (const Service& service : description->services) {
+            if (GetServiceAuth(service.name, *session.options)) {
+                sumCounters(session.overallTotals, service.counts);
+                sumCounters(session.overallHits, service.globalCovered);
+            }
+        }
+    }
+}
+
+} // namespace
+
+void writeSeparator(TraceSession& session) {
+    session.reportStream->put(separatorLine);
+}
+
+void writeReportHeader(TraceSession& session) {
+    OutputFile& out = *session.reportStream;
+    writeSeparator(session);
+    putLine(out, "\n\t\t", text(session, ReportLabel::Title));
+    putLine(out, "\n\t\t    Tool version:    ", toolVersion);
+    putLine(out, "\n\t\t\t  ", dateText(presentTime()), "\n");
+}
+
+void writeTestReport(TraceSession& session) {
+    if (session.options->summaryLevel != SummaryLevel::Conclusion) {
+        writeTestTitle(session);
+    }
+    writeRemarks(session);
+    FileSums conclusion;
+    for (const auto& description : loadedDescriptions()) {
+        // A placeholder describes nothing.
+        if (description->placeholder || !GetFileAuth(description->sourceName, *session.options)) {
+            continue;
+        }
+        session.reportedTypes |= description->coverageTypes;
+        const FileSums sums = sumsOf(session, *description);
+        writeFileBlocks(session, *description, sums);
+        sumCounters(conclusion.totals, sums.totals);
+        sumCounters(conclusion.hits, sums.hits);
+    }
+    const std::string name = session.options->global ? std::string(text(session, ReportLabel::Conclusion))
+                                                     : std::string(text(session, ReportLabel::ConclusionTest))
+                                                           .append(nameText(session.trace.currentTest));
+    writeConclusion(session, name, conclusion.totals, conclusion.hits);
+}
+
+void writeFinalConclusion(TraceSession& session) {
+    sumOverall(session);
+    writeConclusion(session, text(session, ReportLabel::Conclusion), session.overallTotals,
+                    session.overallHits);
+}
+
+} // namespace veldacov

@@ -1,0 +1,149 @@
+#include "report/trace_reader.h"
+
+#include <memory>
+
+#include "description/conditions.h"
+#include "report/auth.h"
+#include "report/cio.h"
+#include "report/cleaned_trace.h"
+#include "report/report_text.h"
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+// The CIO file has a block for each period in which the service number stays the same.
+void enterServicePeriod(TraceSession& session, std::int32_t serviceNumber) {
+    if (!session.options->cioFile || serviceNumber == -1) {
+        return;
+    }
+    if (session.currentServiceNumber != -1 && session.currentServiceNumber != serviceNumber) {
+        writeCioServiceBlock(session);
+    }
+    session.currentServiceNumber = serviceNumber;
+}
+
+void enterTest(TraceSession& session, const TestLine& line) {
+    const TestIdentity identity = identityOf(session.trace, line);
+    session.currentTestNumber = line.number;
+    session.trace.currentTest = identity.test;
+    if (identity.knownBy != KnownBy::Number) {
+        addNameCount(session.seenTests, identity.test);
+    }
+    session.testOpen = identity.test == nullptr || GetTestAuth(identity.test, *session.options);
+    session.anyTestSelected = session.anyTestSelected || session.testOpen;
+    session.trace.state = session.testOpen ? ReadState::Recording : ReadState::SkippingTest;
+    session.trace.countOriented = false;
+}
+
+void handleTestLine(TraceSession& session) {
+    const CoverageOptions& options = *session.options;
+    if (session.cleanPending && !options.mergeTests) {
+        writeCleanedTrace(session);
+    }
+    session.cleanPending = options.cleanFile.has_value();
+    const TestLine line = readTestLine(session.trace);
+    if (session.testOpen) {
+        closeTest(session);
+        if (!options.global || options.cioFile) {
+            resetTestCounts();
+        }
+    }
+    enterServicePeriod(session, line.serviceNumber);
+    enterTest(session, line);
+}
+
+FileDescription* addPlaceholder(const TraceSession& session, const PartKey& part, bool otherChecksum) {
+    auto placeholder = std::make_unique<FileDescription>();
+    placeholder->placeholder = true;
+    placeholder->fileKey = part.fileKey;
+    placeholder->checksum = part.checksum;
+    placeholder->countOriented = session.trace.countOriented;
+    placeholder->otherChecksumSeen = otherChecksum;
+    FileDescription* added = placeholder.get();
+    addDescription(std::move(placeholder));
+    return added;
+}
+
+void skipUnmatchedPart(TraceSession& session, const PartKey& part, bool otherChecksum) {
+    if (session.unmatchedInfoPending) {
+        session.unmatchedInfoPending = false;
+        infoMessage(translate("User Info",
+                              "Parts of traces do not match any listed FDC files; such parts are ignored"));
+    }
+    session.trace.state = ReadState::SkippingPart;
+    // The cleaned trace keeps even what nothing describes.
+    session.trace.currentPart =
+        session.options->cleanFile ? addPlaceholder(session, part, otherChecksum) : nullptr;
+}
+
+void handleFilePart(TraceSession& session) {
+    const PartKey part = readFilePart(session.trace);
+    const FoundDescription found = findDescription(part.fileKey, part.checksum);
+    if (found.description == nullptr) {
+        skipUnmatchedPart(session, part, found.otherChecksum);
+        return;
+    }
+    session.trace.currentPart = found.description;
+    if (!GetFileAuth(found.description->sourceName, *session.options)) {
+        session.trace.state = ReadState::SkippingPart;
+        return;
+    }
+    session.trace.state = ReadState::Recording;
+    if (!session.trace.countOriented) {
+        session.someUncounted = true;
+    }
+}
+
+void handleCountLine(TraceSession& session) {
+    session.trace.countOriented = true;
+    if (session.trace.state == ReadState::Recording) {
+        session.someCounted = true;
+    }
+}
+
+void handleHit(TraceSession& session, LineKind kind) {
+    const Hit hit = readHit(session.trace, kind);
+    FileDescription& part = *session.trace.currentPart;
+    if (session.trace.state == ReadState::Recording && !part.placeholder &&
+        (session.typesInUse & typesOfKind(hit.kind)) != 0) {
+        recordHit(part, hit.kind, hit.id, hit.count,
+                  session.trace.countOriented ? Counting::Accumulate : Counting::Replace);
+    }
+    if (session.options->cleanFile) {
+        AddTioBranch(part, hit);
+    }
+}
+
+} // namespace
+
+void readTraceFile(TraceSession& session, const std::string& fileName) {
+    const SkippedParts skippedParts = session.options->cleanFile ? SkippedParts::Read : SkippedParts::Ignored;
+    openTrace(session.trace, fileName);
+    while (const std::optional<LineKind> kind = nextTraceLine(session.trace, skippedParts)) {
+        switch (*kind) {
+        case LineKind::NT: handleTestLine(session); break;
+        case LineKind::DT: session.trace.testDate = readTestDate(session.trace); break;
+        case LineKind::CO: handleCountLine(session); break;
+        case LineKind::FT: handleFilePart(session); break;
+        default: handleHit(session, *kind); break;
+        }
+    }
+}
+
+void closeTest(TraceSession& session) {
+    if (!session.testOpen) {
+        return;
+    }
+    computeModifiedConditionHits();
+    if (!session.options->global) {
+        writeTestReport(session);
+        session.testReported = true;
+    }
+    if (session.options->cioFile) {
+        writeCioTestBlock(session);
+    }
+}
+
+} // namespace veldacov
