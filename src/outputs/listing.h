@@ -1,0 +1,13 @@
+#pragma once
+
+#include "report/options.h"
+
+namespace veldacov {
+
+// Writes the annotated listing of every selected description: the source with numbered lines, a marker before
+// each line that holds items not hit in any test, and those items below it. A source or listing that cannot
+// be opened is warned about, and its file is left out. Descriptions of one source share a listing, each with
+// a copy of its own.
+void writeListings(const CoverageOptions& options);
+
+} // namespace veldacov
