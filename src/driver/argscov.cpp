@@ -1,0 +1,251 @@
+#include "driver/argscov.h"
+
+#include <array>
+#include <string_view>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QtGlobal>
+
+#include "description/model.h"
+#include "driver/gcmdec.h"
+#include "driver/grammar.h"
+#include "support/files.h"
+#include "support/machine.h"
+
+namespace veldacov {
+
+namespace {
+
+// An option as the command line gives it.
+class Given {
+public:
+    explicit Given(std::string_view name) : position_(findOption(name)) {}
+
+    explicit operator bool() const { return position_ > 0; }
+
+    // The first value, none without one or when the option is not given.
+    [[nodiscard]] std::optional<std::string> value() const {
+        const ValueNode* first = position_ > 0 ? optionValue(position_, 1) : nullptr;
+        return first != nullptr ? std::optional(first->text) : std::nullopt;
+    }
+
+    [[nodiscard]] std::vector<std::string> values() const {
+        std::vector<std::string> all;
+        for (std::size_t n = 1; const ValueNode* value = optionValue(position_, n); ++n) {
+            all.push_back(value->text);
+        }
+        return all;
+    }
+
+private:
+    int position_;
+};
+
+// What a coverage-type option adds with one of its values (none: without value).
+struct TypeChoice {
+    std::string_view option;
+    std::optional<std::string_view> value;
+    std::uint16_t types;
+};
+constexpr std::uint16_t blockTypes = type::simpleBlocks | type::transferBlocks;
+constexpr std::uint16_t decisionTypes = blockTypes | type::implicitBlocks;
+constexpr std::uint16_t loopTypes = decisionTypes | type::logicalBlocks;
+constexpr std::uint16_t modifiedTypes = type::basicConditions | type::modifiedConditions;
+constexpr std::array<TypeChoice, 11> typeChoices = {{
+    {"PROC", std::nullopt, type::procedures},
+    {"PROC", "RET", type::procedures | type::exits},
+    {"CALL", std::nullopt, type::calls},
+    {"BLOCK", std::nullopt, blockTypes},
+    {"BLOCK", "IMPLICIT", decisionTypes},
+    {"BLOCK", "DECISION", decisionTypes},
+    {"BLOCK", "LOGICAL", loopTypes},
+    {"BLOCK", "ATC", loopTypes | type::atcBlocks},
+    {"COND", std::nullopt, type::basicConditions},
+    {"COND", "MODIFIED", modifiedTypes},
+    {"COND", "COMPOUND", modifiedTypes | type::compoundConditions},
+}};
+
+std::uint16_t requestedTypes() {
+    std::uint16_t types = 0;
+    for (const TypeChoice& choice : typeChoices) {
+        const Given option(choice.option);
+        if (option && option.value() == choice.value) {
+            types |= choice.types;
+        }
+    }
+    return types;
+}
+
+SummaryLevel requestedLevel() {
+    const Given summary("SUMMARY");
+    if (!summary) {
+        return SummaryLevel::None;
+    }
+    if (summary.value() == "CONCLUSION") {
+        return SummaryLevel::Conclusion;
+    }
+    return summary.value() == "FILE" ? SummaryLevel::File : SummaryLevel::Service;
+}
+
+// The files that a positional value names: those of its directory that match it as the toolkit's name filter
+// (which may hold several patterns), or the value itself when nothing does.
+void expandInputFile(const std::string& value, std::vector<std::string>& inputFiles) {
+    const QFileInfo pattern(QFile::decodeName(value.c_str()));
+    const QString directory = pattern.path();
+    const QStringList entries = QDir(directory, pattern.fileName()).entryList();
+    if (entries.isEmpty()) {
+        inputFiles.push_back(value);
+    }
+    for (const QString& entry : entries) {
+        const QString path = directory + QDir::separator() + entry;
+        if (entry != QLatin1String(".") && entry != QLatin1String("..") && QFileInfo(path).isFile()) {
+            inputFiles.push_back(QFile::encodeName(path).toStdString());
+        }
+    }
+}
+
+// One selection option: where its names go, and what is said about them.
+struct Selection {
+    const char* option;
+    NameCountList CoverageOptions::*list;
+    std::uint32_t mark;
+    std::uint8_t clearedDefault; // bit of the selection mask that the option clears
+    bool (*applies)(const CoverageOptions&);
+    const char* inconsistent;
+    const char* pathIgnored; // null: names are no file names
+    const char* twice;
+    const char* twiceComment;
+};
+
+bool hasFiles(const CoverageOptions& options) {
+    return options.summaryLevel != SummaryLevel::Conclusion;
+}
+
+bool hasServices(const CoverageOptions& options) {
+    return options.summaryLevel < SummaryLevel::File;
+}
+
+bool hasTests(const CoverageOptions& options) {
+    return !options.global;
+}
+
+// In the order of their warnings, all of the context "User Warning".
+constexpr std::array<Selection, 6> selections = {{
+    {"FILE", &CoverageOptions::fileList, mark::file, selection::allFiles, hasFiles,
+     QT_TRANSLATE_NOOP("User Warning",
+                       "Use of -SUMMARY=CONCLUSION and -FILE is inconsistent, -FILE is ignored"),
+     QT_TRANSLATE_NOOP("User Warning", "File %1 with path in -FILE list; path ignored"),
+     QT_TRANSLATE_NOOP("User Warning", "The file %1 appears twice in -FILE list"),
+     "%1 is the name of the file"},
+    {"EXFILE", &CoverageOptions::exFileList, mark::exFile, 0, hasFiles,
+     QT_TRANSLATE_NOOP("User Warning",
+                       "Use of -SUMMARY=CONCLUSION and -EXFILE is inconsistent, -EXFILE is ignored"),
+     QT_TRANSLATE_NOOP("User Warning", "File %1 with path in -EXFILE list; path ignored"),
+     QT_TRANSLATE_NOOP("User Warning", "The file %1 appears twice in -EXFILE list"),
+     "%1 is the name of the file"},
+    {"SERVICE", &CoverageOptions::serviceList, mark::service, selection::allServices, hasServices,
+     QT_TRANSLATE_NOOP("User Warning",
+                       "Use of -SUMMARY=CONCLUSION|FILE and -SERVICE is inconsistent, -SERVICE is ignored"),
+     nullptr, QT_TRANSLATE_NOOP("User Warning", "The service %1 appears twice in -SERVICE list"),
+     "%1 is the name of the service"},
+    {"EXSERVICE", &CoverageOptions::exServiceList, mark::exService, 0, hasServices,
+     QT_TRANSLATE_NOOP(
+         "User Warning",
+         "Use of -SUMMARY=CONCLUSION|FILE and -EXSERVICE is inconsistent, -EXSERVICE is ignored"),
+     nullptr, QT_TRANSLATE_NOOP("User Warning", "The service %1 appears twice in -EXSERVICE list"),
+     "%1 is the name of the service"},
+    {"TEST", &CoverageOptions::testList, mark::test, selection::allTests, hasTests,
+     QT_TRANSLATE_NOOP("User Warning", "Use of -GLOBAL and -TEST is inconsistent, -TEST is ignored"), nullptr,
+     QT_TRANSLATE_NOOP("User Warning", "The test %1 appears twice in -TEST list"),
+     "%1 is the name of the test"},
+    {"EXTEST", &CoverageOptions::exTestList, mark::exTest, 0, hasTests,
+     QT_TRANSLATE_NOOP("User Warning", "Use of -GLOBAL and -EXTEST is inconsistent, -EXTEST is ignored"),
+     nullptr, QT_TRANSLATE_NOOP("User Warning", "The test %1 appears twice in -EXTEST list"),
+     "%1 is the name of the test"},
+}};
+
+// The name as it is shown, and as it is interned: files are known by their upper-case base names.
+struct SelectedName {
+    std::string shown;
+    std::string interned;
+};
+
+SelectedName nameOf(const Selection& selection, const std::string& value) {
+    if (selection.pathIgnored == nullptr) {
+        return {value, value};
+    }
+    const std::string base(baseName(value));
+    if (base != value) {
+        warningMessage(
+            filled(translate("User Warning", selection.pathIgnored, "%1 is the file with a path"), {value}));
+    }
+    return {base, duplicateUpper(base)};
+}
+
+void select(const Selection& selection, CoverageOptions& options) {
+    const Given option(selection.option);
+    if (!option) {
+        return;
+    }
+    if (!selection.applies(options)) {
+        warningMessage(translate("User Warning", selection.inconsistent));
+        return;
+    }
+    options.selectionMask &= static_cast<std::uint8_t>(~selection.clearedDefault);
+    for (const std::string& value : option.values()) {
+        const SelectedName name = nameOf(selection, value);
+        NameEntry* entry = internName(name.interned);
+        if (entry == nullptr) {
+            continue; // a path that ends in its separator names no file
+        }
+        entry->flags |= selection.mark;
+        if (addNameCount(options.*selection.list, entry) > 1) {
+            warningMessage(
+                filled(translate("User Warning", selection.twice, selection.twiceComment), {name.shown}));
+        }
+    }
+}
+
+} // namespace
+
+bool analyseCommandLine(std::vector<std::string> words, CoverageOptions& options) {
+    useGrammar(commandGrammar());
+    if (expandArguments(words) != 0 || decodeCommandLine(words) != 0) {
+        return false;
+    }
+    for (std::size_t n = 1; const ValueNode* file = positionalValue(1, n); ++n) {
+        expandInputFile(file->text, options.inputFiles);
+    }
+    options.coverageTypes = requestedTypes();
+    options.outputFile = Given("OUTPUT").value();
+    options.summaryLevel = requestedLevel();
+    options.global = static_cast<bool>(Given("GLOBAL"));
+    options.cleanFile = Given("CLEAN").value();
+    if (Given("MERGETESTS")) {
+        options.mergeTests = options.cleanFile.has_value();
+        if (!options.mergeTests) {
+            warningMessage(translate("User Warning",
+                                     "-MERGETESTS cannot be used without -CLEAN, -MERGETESTS is ignored"));
+        }
+    }
+    if (const std::optional<std::string> branch = Given("BRANCH").value()) {
+        if (options.summaryLevel == SummaryLevel::None) {
+            options.branchCoverage = *branch == "COV";
+        } else {
+            warningMessage(
+                translate("User Warning", "Use of -SUMMARY and -BRANCH is inconsistent, -BRANCH is ignored"));
+        }
+    }
+    options.listingRequested = static_cast<bool>(Given("LISTING"));
+    options.listingDirectory = Given("LISTING").value();
+    for (const Selection& selection : selections) {
+        select(selection, options);
+    }
+    options.cioFile = Given("CIO").value();
+    options.flowFile = Given("FLOW").value();
+    return true;
+}
+
+} // namespace veldacov

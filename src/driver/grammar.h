@@ -1,0 +1,10 @@
+#pragma once
+
+#include "driver/gcmdec.h"
+
+namespace veldacov {
+
+// The command line of this program.
+CommandGrammar commandGrammar();
+
+} // namespace veldacov
