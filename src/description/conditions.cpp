@@ -395,13 +395,13 @@ void computeModifiedConditions(Service* service, Composition* composition) {
     }
 }
 
-std::vector<std::uint64_t> CalculVector(std::string_view text, std::uint32_t caseCount) {
-    const Expression expression = completeExpression(text);
+std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32_t caseCount) {
+    const Expression complete = completeExpression(expression);
     std::vector<std::uint64_t> outcomes;
     std::vector<std::uint64_t> stack;
     outcomes.reserve(caseCount / wordBits + 1);
     for (std::uint64_t firstCase = 0; firstCase < caseCount; firstCase += wordBits) {
-        outcomes.push_back(outcomeWord(expression, firstCase, stack));
+        outcomes.push_back(outcomeWord(complete, firstCase, stack));
     }
     return outcomes;
 }

@@ -41,8 +41,7 @@ QString localeDirectory() {
         writeStandardError(QStringLiteral("Fatal Error: please setup NORVIKDIR environment variable.\n"));
         endProgram(ExitStatus::NoLocaleDirectory);
     }
-    const QString path =
-        QFile::decodeName(installation) + QDir::separator() + "lib" + QDir::separator() + "locale";
+    QString path = QFile::decodeName(installation) + QDir::separator() + "lib" + QDir::separator() + "locale";
     if (!QFileInfo(path).isDir()) {
         writeStandardError(QStringLiteral("Fatal Error: directory doesn't exist '") + path +
                            QStringLiteral("'\n"));

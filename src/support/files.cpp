@@ -11,7 +11,7 @@ namespace veldacov {
 
 namespace {
 
-constexpr std::size_t initialBufferSize = 256U * 1024U;
+constexpr std::size_t initialBufferSize = std::size_t{256} * 1024;
 // Lines are gathered in blocks of this many characters; a block that ends in a carriage return ends its line.
 constexpr std::size_t lineBlock = 1024;
 constexpr std::uint32_t foldSeed = 0x4A4A4A4A;

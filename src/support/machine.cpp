@@ -28,7 +28,7 @@ ProgramEnd replacedEnd = nullptr;
 void (*saveOutputs)() = nullptr;
 
 // Given back when memory runs out, so that the last message can be built.
-constexpr std::size_t memoryReserveSize = 256U * 1024U;
+constexpr std::size_t memoryReserveSize = std::size_t{256} * 1024;
 std::unique_ptr<char[]> memoryReserve;
 
 enum class MessageKind : std::uint8_t { Fatal, Internal, User, Warning, Info };

@@ -13,7 +13,7 @@ namespace veldacov {
 
 namespace {
 
-constexpr std::size_t bufferSize = 256U * 1024U;
+constexpr std::size_t bufferSize = std::size_t{256} * 1024;
 // Report, CIO file, cleaned trace, listing and path trace: never more than a handful are open at once.
 constexpr std::size_t mostOpenOutputs = 8;
 

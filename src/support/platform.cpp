@@ -19,7 +19,7 @@ namespace veldacov::platform {
 namespace {
 
 constexpr mode_t newFileMode = 0666;
-constexpr std::size_t crashStackSize = 64U * 1024U;
+constexpr std::size_t crashStackSize = std::size_t{64} * 1024;
 constexpr std::array crashSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL};
 
 struct CrashState {

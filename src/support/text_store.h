@@ -29,7 +29,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t blockSize = 16U * 1024U;
+    static constexpr std::size_t blockSize = std::size_t{16} * 1024;
 
     std::vector<std::unique_ptr<char[]>> blocks_;
     char* next_ = nullptr;
