@@ -301,7 +301,10 @@ std::uint32_t requiredCondition(const Service& service, std::uint32_t id, std::s
 void appendCases(Service& service, Composition& composition, std::uint32_t id, std::uint32_t startLine,
                  std::uint32_t endLine) {
     composition.firstCase = static_cast<std::uint32_t>(service.conditions.size());
-    service.conditions.reserve(service.conditions.size() + composition.caseCount);
+    const std::size_t needed = service.conditions.size() + composition.caseCount;
+    if (needed > service.conditions.capacity()) { // at least doubled: many compositions stay linear
+        service.conditions.reserve(std::max(needed, 2 * service.conditions.capacity()));
+    }
     ConditionEntry entry;
     entry.kind = ConditionKind::Case;
     entry.item.startLine = startLine;
