@@ -288,13 +288,13 @@ bool readBody(FdcReader& reader) {
     }
     reader.currentService = nullptr;
     reader.byName.clear();
-    do {
-        if (startsChecksumLine(reader.line)) {
-            return true;
-        }
+    do { // a section describes at least one item
         readBodyLine(reader);
-    } while (readLine(reader.input, reader.line));
-    return false;
+        if (!readLine(reader.input, reader.line)) {
+            return false;
+        }
+    } while (!startsChecksumLine(reader.line));
+    return true;
 }
 
 void readVersionLine(FdcReader& reader) {
