@@ -315,6 +315,21 @@ void appendCases(Service& service, Composition& composition, std::uint32_t id, s
     }
 }
 
+// Finds the modified conditions of a service that have come to be covered.
+void proveConditions(Service& service) {
+    constexpr std::uint8_t hit = hitFlag | everHit;
+    const auto isHit = [&](std::uint32_t place) { return (service.conditions[place].item.flags & hit) != 0; };
+    const auto pairIsHit = [&](const VectorPair& pair) { return isHit(pair.first) && isHit(pair.second); };
+    for (Composition& composition : service.compositions) {
+        for (ModifiedCondition& modified : composition.modifiedConditions) {
+            if (!modified.proven && std::any_of(modified.pairs.begin(), modified.pairs.end(), pairIsHit)) {
+                modified.proven = true;
+                provenConditions().push_back({&service, &modified});
+            }
+        }
+    }
+}
+
 } // namespace
 
 void readComposition(Line& line, FileDescription& description, Service* service, std::uint32_t id,
@@ -410,23 +425,12 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
 }
 
 void computeModifiedConditionHits() {
-    constexpr std::uint8_t hit = hitFlag | everHit;
-    for (const auto& description : loadedDescriptions()) {
-        for (Service& service : description->services) {
-            const auto isHit = [&](std::uint32_t place) {
-                return (service.conditions[place].item.flags & hit) != 0;
-            };
-            for (Composition& composition : service.compositions) {
-                for (ModifiedCondition& modified : composition.modifiedConditions) {
-                    const bool covered = std::any_of(
-                        modified.pairs.begin(), modified.pairs.end(),
-                        [&](const VectorPair& pair) { return isHit(pair.first) && isHit(pair.second); });
-                    if (covered) {
-                        countHit(service, modified, type::modifiedConditions, 1, Counting::Replace);
-                    }
-                }
-            }
-        }
+    // A pair becomes complete in a test only by a hit of that test. Counting may add to the services hit.
+    for (const std::vector<Service*> services = servicesHitInTest(); Service * service : services) {
+        proveConditions(*service);
+    }
+    for (const ProvenCondition& proven : provenConditions()) {
+        countHit(*proven.service, *proven.condition, type::modifiedConditions, 1, Counting::Replace);
     }
 }
 

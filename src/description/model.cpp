@@ -17,6 +17,8 @@ struct ModelState {
     const Service* currentService = nullptr; // where the last item was found since the last findDescription
     std::vector<Service*> servicesHit;       // in the current test
     std::vector<HitRecord*> recordsHit;      // with test hits to reset
+    std::vector<std::uint8_t*> marksSet;     // of plain hits, to reset
+    std::vector<ProvenCondition> proven;
 };
 
 ModelState& model() {
@@ -117,6 +119,17 @@ const ItemPlace* placeIn(const ItemIndex& index, std::uint32_t id) {
     return known != index.sparse.end() ? &known->second : nullptr;
 }
 
+void markHit(ItemIndex& index, std::uint32_t id, bool plainly) {
+    if (id >= index.plainlyHit.size()) {
+        return;
+    }
+    std::uint8_t& mark = index.plainlyHit[id];
+    if (plainly && mark == 0) {
+        model().marksSet.push_back(&mark);
+    }
+    mark = plainly ? 1 : 0;
+}
+
 void indexItemsOfKind(FileDescription& description, ItemKind kind) {
     // Identifiers up to a small multiple of the number of items index an array.
     constexpr std::size_t slack = 4;
@@ -190,6 +203,7 @@ std::uint16_t typesOfAllDescriptions() {
 
 void addDescription(std::unique_ptr<FileDescription> description) {
     FileDescription* added = description.get();
+    added->place = static_cast<std::uint32_t>(model().descriptions.size());
     model().byKey.try_emplace(added->fileKey, added);
     model().byKeyAndChecksum.try_emplace(keyWithChecksum(added->fileKey, added->checksum), added);
     model().descriptions.push_back(std::move(description));
@@ -213,6 +227,13 @@ FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum) 
 void indexItems(FileDescription& description) {
     for (const ItemKind kind : itemKinds) {
         indexItemsOfKind(description, kind);
+    }
+    const bool anyRepeated = std::any_of(description.itemIndexes.begin(), description.itemIndexes.end(),
+                                         [](const ItemIndex& index) { return !index.repeated.empty(); });
+    if (!anyRepeated) {
+        for (ItemIndex& index : description.itemIndexes) {
+            index.plainlyHit.resize(index.dense.size());
+        }
     }
 }
 
@@ -247,6 +268,7 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
                           {description.fdcName}));
     }
     countHit(*place->service, itemAt(*place, kind), place->type, count, counting);
+    markHit(description.itemIndexes[kindIndex(kind)], id, count == 1 && counting == Counting::Replace);
 }
 
 void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, std::uint32_t count,
@@ -280,6 +302,10 @@ const std::vector<Service*>& servicesHitInTest() {
     return model().servicesHit;
 }
 
+std::vector<ProvenCondition>& provenConditions() {
+    return model().proven;
+}
+
 void resetTestCounts() {
     for (HitRecord* record : model().recordsHit) {
         record->testHits = 0;
@@ -288,6 +314,10 @@ void resetTestCounts() {
         service->testCovered = {};
         service->touchedInTest = false;
     }
+    for (std::uint8_t* mark : model().marksSet) {
+        *mark = 0;
+    }
+    model().marksSet.clear();
     model().recordsHit.clear();
     model().servicesHit.clear();
 }

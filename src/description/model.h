@@ -124,6 +124,7 @@ struct VectorPair {
 };
 
 struct ModifiedCondition : HitRecord {
+    bool proven = false;              // one of its pairs has been hit; from then on every test covers it
     std::uint32_t basicCondition = 0; // place of its (first) entry in the service's conditions
     std::vector<VectorPair> pairs;    // in the order found
 };
@@ -156,7 +157,8 @@ struct Service {
     std::vector<Composition> compositions;
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
-    bool touchedInTest = false; // stands in the list of services that resetTestCounts has to visit
+    bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
+    std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
     // First place of each condition identifier, filled while conditions do not come in ascending order of
     // their identifiers (see findCondition).
     bool conditionsAscend = true;
@@ -174,6 +176,10 @@ struct ItemPlace {
 // occurs in several services keeps all of them, in service order.
 struct ItemIndex {
     std::vector<ItemPlace> dense;
+    // 1: the item has been hit in the current test, without a count, and another such hit changes nothing.
+    // One per dense identifier; empty when identifiers repeat, because every hit moves the current service
+    // then.
+    std::vector<std::uint8_t> plainlyHit;
     std::unordered_map<std::uint32_t, ItemPlace> sparse;
     std::unordered_map<std::uint32_t, std::vector<ItemPlace>> repeated;
 };
@@ -198,6 +204,7 @@ struct FileDescription {
     std::uint32_t callCount = 0;
     std::uint32_t blockCount = 0;
     std::uint32_t conditionCount = 0;
+    std::uint32_t place = 0;        // in loadedDescriptions
     bool placeholder = false;       // made for a traced file that nothing describes
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
@@ -237,6 +244,11 @@ CoverageItem& itemAt(const ItemPlace& place, ItemKind kind);
 // Counts a hit on the item; a missing item is a fatal error. With `Accumulate` the count is added (saturating
 // at mostHits), otherwise it replaces what was counted.
 enum class Counting : bool { Replace, Accumulate };
+// Whether a hit without a count would change nothing.
+inline bool isPlainlyHit(const FileDescription& description, ItemKind kind, std::uint32_t id) {
+    const std::vector<std::uint8_t>& marks = description.itemIndexes[kindIndex(kind)].plainlyHit;
+    return id < marks.size() && marks[id] != 0;
+}
 void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, std::uint32_t count,
                Counting counting);
 void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
@@ -244,6 +256,13 @@ void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint
 
 // The services that were hit in the current test, each once, in the order of their first hits.
 const std::vector<Service*>& servicesHitInTest();
+// The modified conditions proven so far, with their services.
+struct ProvenCondition {
+    Service* service = nullptr;
+    ModifiedCondition* condition = nullptr;
+};
+std::vector<ProvenCondition>& provenConditions();
+
 // Zeroes what was counted for the current test. Costs what the test touched.
 void resetTestCounts();
 

@@ -114,14 +114,19 @@ void writeHitStep(FlowState& flow, ItemKind kind, const ItemPlace& place) {
     }
 }
 
-void handleHit(FlowState& flow, LineKind kind) {
-    const Hit hit = readHit(flow.trace, kind);
+void retellHit(FlowState& flow, const Hit& hit) {
     if ((flow.types & typesOfKind(hit.kind)) == 0) {
         return;
     }
     if (const std::optional<ItemPlace> place = findItem(*flow.trace.currentPart, hit.kind, hit.id)) {
         writeHitStep(flow, hit.kind, *place);
     }
+}
+
+// A hit line, and those in plain form that follow it.
+void handleHits(FlowState& flow, LineKind kind) {
+    retellHit(flow, readHit(flow.trace, kind));
+    takePlainHits(flow.trace, [&flow](const Hit& hit) { retellHit(flow, hit); });
 }
 
 void retellTrace(FlowState& flow, const std::string& traceFile) {
@@ -132,7 +137,7 @@ void retellTrace(FlowState& flow, const std::string& traceFile) {
         case LineKind::DT: handleDateLine(flow); break;
         case LineKind::CO: flow.trace.countOriented = true; break;
         case LineKind::FT: handleFilePart(flow); break;
-        default: handleHit(flow, *kind); break;
+        default: handleHits(flow, *kind); break;
         }
     }
 }

@@ -47,18 +47,6 @@ constexpr std::array<RunTimeError, 3> runTimeErrors = {{
 }};
 constexpr const char* unknownRunTimeError = QT_TRANSLATE_NOOP("User Error", "unknown error opcode");
 
-struct HitKind {
-    ItemKind kind;
-    std::uint16_t types;
-};
-// TP to TE.
-constexpr std::array<HitKind, 4> hitKinds = {{
-    {ItemKind::Procedure, type::procedures | type::exits},
-    {ItemKind::Call, type::calls},
-    {ItemKind::Block, type::simpleBlocks | type::implicitBlocks | type::logicalBlocks | type::atcBlocks},
-    {ItemKind::Condition, type::basicConditions | type::compoundConditions},
-}};
-
 std::uint32_t nextNumber(TraceCursor& cursor) {
     return readHexValue(nextToken(cursor.line), cursor.fileName);
 }
@@ -197,16 +185,12 @@ Hit readHit(TraceCursor& cursor, LineKind kind) {
                    {cursor.fileName}));
     }
     Hit hit;
-    hit.kind = hitKinds[static_cast<std::size_t>(kind) - static_cast<std::size_t>(LineKind::TP)].kind;
+    hit.kind = itemKinds[static_cast<std::size_t>(kind) - static_cast<std::size_t>(LineKind::TP)];
     hit.id = nextNumber(cursor);
     if (cursor.countOriented) {
         hit.count = nextNumber(cursor);
     }
     return hit;
-}
-
-std::uint16_t typesOfKind(ItemKind kind) {
-    return hitKinds[kindIndex(kind)].types;
 }
 
 std::string_view keywordOf(ItemKind kind) {

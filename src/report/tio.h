@@ -14,10 +14,13 @@
 // Numbers are in the trace hexadecimal form. This is the only parser of these lines; the report and the path
 // trace each walk through a file with a cursor of their own.
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "description/model.h"
 #include "description/name_pool.h"
@@ -100,9 +103,88 @@ struct Hit {
 // `kind` is that of the line, TP to TE.
 Hit readHit(TraceCursor& cursor, LineKind kind);
 
+// Takes the hit lines that stand next in their plain form, as programs write them (keyword, identifier, and a
+// count in counted tests; one blank between, no other characters), and calls take(hit) for each. Stops before
+// any other line, and near the end of the bytes in hand; what it leaves is read by nextTraceLine and means
+// the same. Only for states that deliver hits, with a current part. It goes forward through the bytes once:
+// this is where the time of a run goes.
+template <typename Take>
+void takePlainHits(TraceCursor& cursor, Take take);
+
 // The coverage types whose use lets a hit of this kind be recorded.
-std::uint16_t typesOfKind(ItemKind kind);
+constexpr std::uint16_t typesOfKind(ItemKind kind) {
+    constexpr std::array<std::uint16_t, 4> types = {type::procedures | type::exits, type::calls,
+                                                    type::simpleBlocks | type::implicitBlocks |
+                                                        type::logicalBlocks | type::atcBlocks,
+                                                    type::basicConditions | type::compoundConditions};
+    return types[kindIndex(kind)];
+}
 // The keyword of a hit of this kind.
 std::string_view keywordOf(ItemKind kind);
+
+namespace detail {
+
+// Kind of a hit by the second letter of its keyword.
+inline constexpr std::array<std::int8_t, 256> kindOfLetter = [] {
+    std::array<std::int8_t, 256> kinds{};
+    kinds.fill(-1);
+    for (const auto& [letter, kind] :
+         {std::pair{'P', ItemKind::Procedure}, std::pair{'A', ItemKind::Call},
+          std::pair{'B', ItemKind::Block}, std::pair{'E', ItemKind::Condition}}) {
+        kinds[static_cast<unsigned char>(letter)] = static_cast<std::int8_t>(kind);
+    }
+    return kinds;
+}();
+
+// Reads one to eight hexadecimal digits; null when there is none. A ninth digit is left standing.
+inline const char* takeHex(const char* at, std::uint32_t& value) {
+    int digit = hexDigitValues[static_cast<unsigned char>(*at)];
+    if (digit < 0) {
+        return nullptr;
+    }
+    value = static_cast<std::uint32_t>(digit);
+    for (unsigned shift = 4; shift < 32; shift += 4) {
+        digit = hexDigitValues[static_cast<unsigned char>(*++at)];
+        if (digit < 0) {
+            return at;
+        }
+        value |= static_cast<std::uint32_t>(digit) << shift;
+    }
+    return at + 1;
+}
+
+} // namespace detail
+
+template <typename Take>
+void takePlainHits(TraceCursor& cursor, Take take) {
+    constexpr std::ptrdiff_t longestLine = 2 + 1 + 8 + 1 + 8 + 2;
+    const char* line = cursor.stream.buffer.data() + cursor.stream.begin;
+    const char* const end = cursor.stream.buffer.data() + cursor.stream.end;
+    const bool counted = cursor.countOriented;
+    while (end - line >= longestLine && line[0] == 'T' && line[2] == ' ') {
+        const int kind = detail::kindOfLetter[static_cast<unsigned char>(line[1])];
+        if (kind < 0) {
+            break;
+        }
+        Hit hit;
+        hit.kind = static_cast<ItemKind>(kind);
+        const char* at = detail::takeHex(line + 3, hit.id);
+        if (at != nullptr && counted) {
+            at = *at == ' ' ? detail::takeHex(at + 1, hit.count) : nullptr;
+        }
+        if (at == nullptr) {
+            break;
+        }
+        if (*at == '\r') {
+            ++at;
+        }
+        if (*at != '\n') {
+            break;
+        }
+        take(hit);
+        line = at + 1;
+    }
+    cursor.stream.begin = static_cast<std::size_t>(line - cursor.stream.buffer.data());
+}
 
 } // namespace veldacov

@@ -103,17 +103,38 @@ void handleCountLine(TraceSession& session) {
     }
 }
 
-void handleHit(TraceSession& session, LineKind kind) {
+// What becomes of the hits of the current part, as long as no other line changes it.
+struct HitTreatment {
+    FileDescription* part = nullptr;
+    bool recorded = false;
+    bool kept = false; // for the cleaned trace
+    Counting counting = Counting::Replace;
+    std::uint16_t types = 0;
+};
+
+HitTreatment hitTreatment(const TraceSession& session) {
+    const TraceCursor& trace = session.trace;
+    return {trace.currentPart, trace.state == ReadState::Recording && !trace.currentPart->placeholder,
+            session.options->cleanFile.has_value(),
+            trace.countOriented ? Counting::Accumulate : Counting::Replace, session.typesInUse};
+}
+
+void takeHit(const HitTreatment& treatment, const Hit& hit) {
+    if (treatment.recorded && (treatment.types & typesOfKind(hit.kind)) != 0 &&
+        (treatment.counting == Counting::Accumulate || !isPlainlyHit(*treatment.part, hit.kind, hit.id))) {
+        recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
+    }
+    if (treatment.kept) {
+        AddTioBranch(*treatment.part, hit);
+    }
+}
+
+// A hit line, and those in plain form that follow it.
+void handleHits(TraceSession& session, LineKind kind) {
     const Hit hit = readHit(session.trace, kind);
-    FileDescription& part = *session.trace.currentPart;
-    if (session.trace.state == ReadState::Recording && !part.placeholder &&
-        (session.typesInUse & typesOfKind(hit.kind)) != 0) {
-        recordHit(part, hit.kind, hit.id, hit.count,
-                  session.trace.countOriented ? Counting::Accumulate : Counting::Replace);
-    }
-    if (session.options->cleanFile) {
-        AddTioBranch(part, hit);
-    }
+    const HitTreatment treatment = hitTreatment(session);
+    takeHit(treatment, hit);
+    takePlainHits(session.trace, [&treatment](const Hit& plainHit) { takeHit(treatment, plainHit); });
 }
 
 } // namespace
@@ -127,7 +148,7 @@ void readTraceFile(TraceSession& session, const std::string& fileName) {
         case LineKind::DT: session.trace.testDate = readTestDate(session.trace); break;
         case LineKind::CO: handleCountLine(session); break;
         case LineKind::FT: handleFilePart(session); break;
-        default: handleHit(session, *kind); break;
+        default: handleHits(session, *kind); break;
         }
     }
 }

@@ -64,16 +64,6 @@ int decimalDigit(char character) {
     return character >= '0' && character <= '9' ? character - '0' : -1;
 }
 
-int hexDigit(char character) {
-    if (character >= 'a' && character <= 'f') {
-        return character - 'a' + 10;
-    }
-    if (character >= 'A' && character <= 'F') {
-        return character - 'A' + 10;
-    }
-    return decimalDigit(character);
-}
-
 std::uint32_t decimalNumber(std::string_view text, std::string_view fileName) {
     std::uint32_t value = 0;
     for (const char character : text) {
@@ -94,7 +84,7 @@ std::optional<std::uint32_t> hexNumber(std::string_view text, std::string_view f
     std::uint32_t value = 0;
     unsigned shift = 0;
     for (const char character : text) {
-        const int digit = hexDigit(character);
+        const int digit = hexDigitValues[static_cast<unsigned char>(character)];
         if (digit < 0) {
             return std::nullopt;
         }

@@ -47,6 +47,17 @@ bool readRawLine(InputFile& input, std::string_view& line);
 // The next byte, none at the end of the file.
 std::optional<char> readCharacter(InputFile& input);
 
+// The value of each character as a hexadecimal digit in either case, -1 for others.
+inline constexpr std::array<std::int8_t, 256> hexDigitValues = [] {
+    std::array<std::int8_t, 256> values{};
+    values.fill(-1);
+    for (std::uint8_t digit = 0; digit < 16; ++digit) {
+        values[static_cast<unsigned char>("0123456789abcdef"[digit])] = static_cast<std::int8_t>(digit);
+        values[static_cast<unsigned char>("0123456789ABCDEF"[digit])] = static_cast<std::int8_t>(digit);
+    }
+    return values;
+}();
+
 // The readers of number fields. `text` is the field (none when the line had no more), `fileName` stands in
 // the messages. An absent or malformed number is a fatal error.
 //
