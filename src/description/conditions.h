@@ -4,9 +4,8 @@
 // them.
 //
 //   CC <ID> <n> <n basic-condition IDs> <m> <cases> [<frontier>]
-//   CC 12 2 8 10 3 TXFTFF 1          a table: m vectors of n characters T, F, X; those before the frontier
-//   are true CC 12 2 8 10 4 A..               an expression in prefix form: case k gives condition j the
-//   value of bit j of k
+//   CC 12 2 8 10 3 TXFTFF 1     a table: m vectors of n characters T, F, X; those before the frontier are true
+//   CC 12 2 8 10 4 A..          an expression in prefix form: case k gives condition j the value of bit j of k
 //
 // A modified condition is covered when two cases that differ in its basic condition only, and in their
 // outcomes, have both been hit: an independence pair.

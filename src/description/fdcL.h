@@ -3,16 +3,17 @@
 // Coverage descriptions (FDC files): what an instrumenting front end says about source files. Lines start
 // with a two-letter kind, the bigramme:
 //
-//   VE 3.0e cov                             version, one to four token strings; starts a section
-//   FC "calc.c" "src/" "comment"            source file, its directory, optional comment
-//   FD 1700000000                           modification time of the source when it was instrumented; 0:
-//   unknown TC PR RE AP BS BI BL CO CC              coverage types it was instrumented for PR 0 proc "main"
-//   10 10                  entry of a service (endproc, return, term: its exits) AP 0 "main" "f" 12 12 call
-//   of f in main BL 0 simple "main" THEN 13 15           block (simple, implicit, logical, atc) with its
-//   label CE 0 "main" "a > 0" 13 13               condition with two outcomes: identifiers 0 (true) and 1
-//   (false) CA 2 "main" "b" 13 13                   condition with one outcome CC 3 2 0 2 4 A.. composition
-//   of conditions of the service above (conditions.h) DC 123 456                              checksum,
-//   optional file key; ends the section
+//   VE 3.0e cov                       version, one to four token strings; starts a section
+//   FC "calc.c" "src/" "comment"      source file, its directory, optional comment
+//   FD 1700000000                     when the source was modified last before it was instrumented; 0: unknown
+//   TC PR RE AP BS BI BL CO CC        coverage types it was instrumented for
+//   PR 0 proc "main" 10 10            entry of a service (endproc, return, term: its exits)
+//   AP 0 "main" "f" 12 12             call of f in main
+//   BL 0 simple "main" THEN 13 15     block (simple, implicit, logical, atc) with its label
+//   CE 0 "main" "a > 0" 13 13         condition with two outcomes: identifiers 0 (true) and 1 (false)
+//   CA 2 "main" "b" 13 13             condition with one outcome
+//   CC 3 2 0 2 4 A..                  composition of conditions of the service above (conditions.h)
+//   DC 123 456                        checksum, optional file key; ends the section
 //
 // Numbers are decimal. Behind a DC line anything may stand; a further section starts where the text "/RIK"
 // between two "@" is on a line that a VE line follows.

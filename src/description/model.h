@@ -187,9 +187,9 @@ struct ItemIndex {
 // Hits kept for the cleaned trace: count by identifier for one hit keyword. It exists from its first hit to
 // the next write. Only entries that were hit are stored, whatever size the table has grown to.
 struct BranchHitTable {
-    std::vector<std::uint32_t> counts;                       // of a described file: one entry per item
-    std::unordered_map<std::uint32_t, std::uint32_t> sparse; // of a placeholder
-    bool exists = false;
+    std::vector<std::uint8_t> isKept;   // of a described file: 1 for every item that was hit
+    std::vector<std::uint32_t> idsKept; // the identifiers of these items
+    std::unordered_map<std::uint32_t, std::uint32_t> counts; // of a placeholder
 };
 
 struct FileDescription {
@@ -209,6 +209,7 @@ struct FileDescription {
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
     std::array<BranchHitTable, 4> branchHitTables; // by kind
+    bool keepsHits = false;                        // some table has had a hit since the last write
     std::deque<Service> services;                  // in order of first mention; a deque: services never move
     const NameEntry* sourceComment = nullptr;
     std::array<const NameEntry*, 4> tokenStrings{};

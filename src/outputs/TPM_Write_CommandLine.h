@@ -4,8 +4,8 @@
 // names. Three files hang off the base <root>/<measure>.<user>.<number of values>:
 //
 //   .idx   entries of two words: key, byte offset of the key's latest record in the database file
-//   .tpm   records, only ever appended: time, key, then per value the value and its running total over all
-//   keys .lck   exists while a process updates the two others
+//   .tpm   records, only ever appended: time, key, then per value the value and its total over all keys
+//   .lck   exists while a process updates the two others
 //
 // All words are unsigned, 32 bits, little-endian. Sums wrap at 2^32. A record is in the database file before
 // an index entry names it, so that a killed run never leaves an entry without its record.

@@ -114,6 +114,28 @@ void checkSelection(const CoverageOptions& options) {
     }
 }
 
+Selection takeSelection(const CoverageOptions& options) {
+    Selection selection;
+    for (const auto& description : loadedDescriptions()) {
+        if (!GetFileAuth(description->sourceName, options)) {
+            continue;
+        }
+        SelectedFile file{description.get(), selection.services.size(), 0, {}};
+        for (Service& service : description->services) {
+            if (GetServiceAuth(service.name, options)) {
+                service.selectedPlace = static_cast<std::int32_t>(selection.services.size());
+                selection.services.push_back({selection.files.size(), &service});
+                sumCounters(file.totals, service.counts);
+            }
+        }
+        file.serviceCount = selection.services.size() - file.firstService;
+        sumCounters(selection.totals, file.totals);
+        selection.types |= description->coverageTypes;
+        selection.files.push_back(file);
+    }
+    return selection;
+}
+
 void warnUnseenTests(const NameCountList& seenTests, const CoverageOptions& options) {
     warnUnseen(options.testList, seenTests,
                translate("User Warning", "Test %1 in -TEST option was unknown in trace file list",

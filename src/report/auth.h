@@ -3,6 +3,11 @@
 // Selection: which files, services and tests the outputs show. A name's own mark decides, the positive one
 // first; without a mark the default of its kind does.
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
 #include "description/model.h"
 #include "description/name_pool.h"
 #include "report/options.h"
@@ -14,6 +19,30 @@ namespace veldacov {
 bool GetFileAuth(const NameEntry* sourceName, const CoverageOptions& options);
 bool GetServiceAuth(const NameEntry* service, const CoverageOptions& options);
 bool GetTestAuth(const NameEntry* test, const CoverageOptions& options);
+
+// The files and services that the outputs of a run show, in loading order. A service knows its place here.
+struct SelectedFile {
+    FileDescription* description = nullptr;
+    std::size_t firstService = 0; // its services stand together
+    std::size_t serviceCount = 0;
+    CoverageCounters totals{};
+};
+struct SelectedService {
+    std::size_t file = 0; // place in `files`
+    Service* service = nullptr;
+};
+struct Selection {
+    std::vector<SelectedFile> files;
+    std::vector<SelectedService> services;
+    CoverageCounters totals{};
+    std::uint16_t types = 0; // of the files
+
+    [[nodiscard]] std::span<const SelectedService> servicesOf(const SelectedFile& file) const {
+        return std::span(services).subspan(file.firstService, file.serviceCount);
+    }
+};
+// Takes stock after checkSelection, which fixes what is selected for the rest of the run.
+Selection takeSelection(const CoverageOptions& options);
 
 // Warns about selected names that nothing has, drops the files of which no service is selected, and stops the
 // run with a fatal error when nothing is left to report.

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "report/auth.h"
 #include "report/rates.h"
 #include "support/files.h"
 #include "support/machine.h"
@@ -14,19 +14,12 @@ namespace veldacov {
 
 namespace {
 
-// A selected service with what was hit first in it since the last O block.
-struct CioEntry {
-    const NameEntry* fileName = nullptr;
-    const FileDescription* description = nullptr;
-    Service* service = nullptr;
-    CoverageCounters accumulated{};
-};
-
 struct CioState {
     OutputFile out;
     bool noTestBlockYet = true;
     bool noServiceBlockYet = true;
-    std::vector<CioEntry> entries; // in the order of files and their services
+    std::vector<CoverageCounters> accumulated; // by selected service: hit first since the last O block
+    std::vector<std::size_t> placesInPeriod;   // of the services in which anything was
     std::array<std::string, static_cast<std::size_t>(ReportLabel::Count)> labels; // looked up once
 };
 CioState cio;
@@ -75,11 +68,35 @@ bool anyCounted(const CoverageCounters& counters) {
     return std::any_of(counters.begin(), counters.end(), [](std::uint32_t count) { return count != 0; });
 }
 
-void writeServiceLines(CioBlock& block, const CioEntry& entry) {
-    if (!block.anyPrinted || block.fileName != entry.fileName) {
-        putLine(cio.out, " ", plain(ReportLabel::File), " ", nameText(entry.fileName));
+// A selected service with its file.
+struct CioEntry {
+    const FileDescription* description = nullptr;
+    Service* service = nullptr;
+};
+
+CioEntry entryAt(const TraceSession& session, std::size_t place) {
+    const SelectedService& selected = session.selection.services[place];
+    return {session.selection.files[selected.file].description, selected.service};
+}
+
+// Places of the selected services that the current test has hit, in order.
+std::vector<std::size_t> placesHitInTest() {
+    std::vector<std::size_t> places;
+    for (const Service* service : servicesHitInTest()) {
+        if (service->selectedPlace >= 0) {
+            places.push_back(static_cast<std::size_t>(service->selectedPlace));
+        }
     }
-    block = {entry.fileName, true};
+    std::sort(places.begin(), places.end());
+    return places;
+}
+
+void writeServiceLines(CioBlock& block, const CioEntry& entry) {
+    const NameEntry* fileName = entry.description->sourceName;
+    if (!block.anyPrinted || block.fileName != fileName) {
+        putLine(cio.out, " ", plain(ReportLabel::File), " ", fileName->text);
+    }
+    block = {fileName, true};
     putLine(cio.out, "    ", entry.service->name->text);
 }
 
@@ -136,11 +153,21 @@ void finishBlock(const CioBlock& block) {
     }
 }
 
-void forgetPeriod(CioEntry& entry) {
-    entry.accumulated = {};
-    forEachItem(*entry.service, [](HitRecord& record, std::uint16_t) {
+void forgetPeriod(Service& service, CoverageCounters& accumulated) {
+    accumulated = {};
+    forEachItem(service, [](HitRecord& record, std::uint16_t) {
         record.flags &= static_cast<std::uint8_t>(~countedInPeriod);
     });
+}
+
+// Adds what a test hit first to its service's period.
+void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
+    if (anyCounted(newHits)) {
+        if (!anyCounted(cio.accumulated[place])) {
+            cio.placesInPeriod.push_back(place);
+        }
+        sumCounters(cio.accumulated[place], newHits);
+    }
 }
 
 } // namespace
@@ -156,16 +183,7 @@ void openCio(const TraceSession& session) {
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));
-    for (const auto& description : loadedDescriptions()) {
-        if (!GetFileAuth(description->sourceName, *session.options)) {
-            continue;
-        }
-        for (Service& service : description->services) {
-            if (GetServiceAuth(service.name, *session.options)) {
-                cio.entries.push_back({description->sourceName, description.get(), &service, {}});
-            }
-        }
-    }
+    cio.accumulated.resize(session.selection.services.size());
 }
 
 void writeCioTestBlock(const TraceSession& session) {
@@ -181,11 +199,12 @@ void writeCioTestBlock(const TraceSession& session) {
     }
     cio.noTestBlockYet = false;
     CioBlock block;
-    for (CioEntry& entry : cio.entries) {
+    for (const std::size_t place : placesHitInTest()) {
+        const CioEntry entry = entryAt(session, place);
         if (anyCounted(entry.service->testCovered)) {
             writeServiceLines(block, entry);
             const CoverageCounters newHits = takeNewHits(*entry.service);
-            sumCounters(entry.accumulated, newHits);
+            addToPeriod(place, newHits);
             writeRateLines(session, entry, entry.service->testCovered, &newHits);
         }
     }
@@ -204,12 +223,13 @@ void writeCioServiceBlock(const TraceSession& session) {
     }
     cio.noServiceBlockYet = false;
     CioBlock block;
-    for (CioEntry& entry : cio.entries) {
-        if (anyCounted(entry.accumulated)) {
-            writeServiceLines(block, entry);
-            writeRateLines(session, entry, entry.accumulated, nullptr);
-            forgetPeriod(entry);
-        }
+    std::vector<std::size_t> places = std::exchange(cio.placesInPeriod, {});
+    std::sort(places.begin(), places.end());
+    for (const std::size_t place : places) {
+        const CioEntry entry = entryAt(session, place);
+        writeServiceLines(block, entry);
+        writeRateLines(session, entry, cio.accumulated[place], nullptr);
+        forgetPeriod(*entry.service, cio.accumulated[place]);
     }
     finishBlock(block);
 }
@@ -217,7 +237,8 @@ void writeCioServiceBlock(const TraceSession& session) {
 void writeCioGlobalBlock(const TraceSession& session) {
     putLine(cio.out, "G");
     CioBlock block;
-    for (const CioEntry& entry : cio.entries) {
+    for (std::size_t place = 0; place < session.selection.services.size(); ++place) {
+        const CioEntry entry = entryAt(session, place);
         writeServiceLines(block, entry);
         const CoverageCounters& hits = entry.service->globalCovered;
         if ((session.typesInUse & type::procedures) != 0) {

@@ -25,19 +25,21 @@ std::uint32_t describedItems(const FileDescription& description, ItemKind kind) 
 
 void keepDescribedHit(FileDescription& description, const Hit& hit) {
     BranchHitTable& table = description.branchHitTables[kindIndex(hit.kind)];
-    const std::uint32_t size = describedItems(description, hit.kind);
-    if (hit.id >= size) {
-        internalError(translate("Internal Error", "Ident is too big in AddTioBranch"));
+    if (hit.id >= table.isKept.size()) {
+        const std::uint32_t size = describedItems(description, hit.kind);
+        if (hit.id >= size) {
+            internalError(translate("Internal Error", "Ident is too big in AddTioBranch"));
+        }
+        table.isKept.resize(size);
     }
-    table.exists = true;
-    table.counts.resize(size);
-    table.counts[hit.id] = 1;
+    if (table.isKept[hit.id] == 0) {
+        table.isKept[hit.id] = 1;
+        table.idsKept.push_back(hit.id);
+    }
 }
 
 void keepPlaceholderHit(FileDescription& placeholder, const Hit& hit) {
-    BranchHitTable& table = placeholder.branchHitTables[kindIndex(hit.kind)];
-    table.exists = true;
-    std::uint32_t& entry = table.sparse[hit.id];
+    std::uint32_t& entry = placeholder.branchHitTables[kindIndex(hit.kind)].counts[hit.id];
     entry = placeholder.countOriented ? entry + hit.count : 1; // the sum wraps at 2^32
 }
 
@@ -64,12 +66,10 @@ std::string testLine(const TraceSession& session) {
 
 std::vector<KeptHit> keptHits(const BranchHitTable& table) {
     std::vector<KeptHit> hits;
-    for (std::uint32_t id = 0; id < table.counts.size(); ++id) {
-        if (table.counts[id] > 0) {
-            hits.emplace_back(id, table.counts[id]);
-        }
+    for (const std::uint32_t id : table.idsKept) {
+        hits.emplace_back(id, 1);
     }
-    for (const auto& [id, count] : table.sparse) {
+    for (const auto& [id, count] : table.counts) {
         if (count > 0) {
             hits.emplace_back(id, count);
         }
@@ -91,16 +91,22 @@ void writeHits(TraceSession& session, ItemKind kind, const BranchHitTable& table
     }
 }
 
-bool hasHits(const FileDescription& description) {
-    return std::any_of(description.branchHitTables.begin(), description.branchHitTables.end(),
-                       [](const BranchHitTable& table) { return table.exists; });
-}
-
 void writePart(TraceSession& session, const FileDescription& description) {
     putLine(session.cleanStream, "FT ", hexText(description.fileKey).view());
     putLine(session.cleanStream, "DC ", hexText(description.checksum).view());
     for (const ItemKind kind : itemKinds) {
         writeHits(session, kind, description.branchHitTables[kindIndex(kind)]);
+    }
+}
+
+void forgetHits(FileDescription& part) {
+    part.keepsHits = false;
+    for (BranchHitTable& table : part.branchHitTables) {
+        for (const std::uint32_t id : table.idsKept) {
+            table.isKept[id] = 0;
+        }
+        table.idsKept.clear();
+        table.counts.clear();
     }
 }
 
@@ -116,7 +122,12 @@ void openCleanedTrace(TraceSession& session) {
 
 } // namespace
 
-void AddTioBranch(FileDescription& part, const Hit& hit) {
+void AddTioBranch(TraceSession& session, const Hit& hit) {
+    FileDescription& part = *session.trace.currentPart;
+    if (!part.keepsHits) {
+        part.keepsHits = true;
+        session.keptParts.push_back(&part);
+    }
     if (part.placeholder) {
         keepPlaceholderHit(part, hit);
     } else {
@@ -140,12 +151,16 @@ void writeCleanedTrace(TraceSession& session) {
     if (session.trace.countOriented) {
         putLine(session.cleanStream, "CO");
     }
-    for (const auto& description : loadedDescriptions()) {
-        if (!description->otherChecksumSeen && hasHits(*description)) {
-            writePart(session, *description);
+    std::sort(
+        session.keptParts.begin(), session.keptParts.end(),
+        [](const FileDescription* left, const FileDescription* right) { return left->place < right->place; });
+    for (FileDescription* part : session.keptParts) {
+        if (!part->otherChecksumSeen) {
+            writePart(session, *part);
         }
-        description->branchHitTables = {};
+        forgetHits(*part);
     }
+    session.keptParts.clear();
 }
 
 } // namespace veldacov

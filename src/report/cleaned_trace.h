@@ -8,8 +8,8 @@
 
 namespace veldacov {
 
-// Keeps a hit of a file part. An identifier that a described file cannot have is an internal error.
-void AddTioBranch(FileDescription& part, const Hit& hit);
+// Keeps a hit of the current part. An identifier that a described file cannot have is an internal error.
+void AddTioBranch(TraceSession& session, const Hit& hit);
 
 // Writes what is kept as one test, and lets go of it. Creates the file at the first call; a failure is a
 // fatal error.

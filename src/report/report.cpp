@@ -75,6 +75,7 @@ void runCoverageReport(OutputFile& reportStream, const TraceFileList& traceFiles
                        void (*writeMeasures)(const CoverageOptions&)) {
     TraceSession session = startSession(reportStream, options, language);
     checkSelection(options);
+    session.selection = takeSelection(options);
     if (options.cioFile) {
         openCio(session);
     }

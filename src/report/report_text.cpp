@@ -1,8 +1,8 @@
 #include "report/report_text.h"
 
 #include <array>
-#include <functional>
 #include <string>
+#include <vector>
 
 #include "report/auth.h"
 #include "report/rates.h"
@@ -243,42 +243,38 @@ void writeRemarks(TraceSession& session) {
     }
 }
 
-// What a file's selected services hold and what of it was hit.
-struct FileSums {
-    CoverageCounters totals{};
-    CoverageCounters hits{};
-};
-
-FileSums sumsOf(const TraceSession& session, const FileDescription& description) {
-    FileSums sums;
-    for (const Service& service : description.services) {
-        if (GetServiceAuth(service.name, *session.options)) {
-            sumCounters(sums.totals, service.counts);
-            sumCounters(sums.hits, hitsOf(session, service));
+// What of each selected file was hit.
+std::vector<CoverageCounters> hitsByFile(const TraceSession& session) {
+    const Selection& selection = session.selection;
+    std::vector<CoverageCounters> hits(selection.files.size());
+    if (session.options->global) {
+        for (const SelectedService& selected : selection.services) {
+            sumCounters(hits[selected.file], selected.service->globalCovered);
+        }
+        return hits;
+    }
+    for (const Service* service : servicesHitInTest()) {
+        if (service->selectedPlace >= 0) {
+            const SelectedService& selected =
+                selection.services[static_cast<std::size_t>(service->selectedPlace)];
+            sumCounters(hits[selected.file], service->testCovered);
         }
     }
-    return sums;
+    return hits;
 }
 
-void writeServiceBlocks(TraceSession& session, const FileDescription& description) {
-    for (const Service& service : description.services) {
-        if (GetServiceAuth(service.name, *session.options)) {
-            writeCoverageBlock(session, {&service, "\t", service.name->text, nullptr, &service.counts,
-                                         &hitsOf(session, service), description.coverageTypes});
-        }
-    }
-}
-
-void writeFileBlocks(TraceSession& session, const FileDescription& description, const FileSums& sums) {
-    const SummaryLevel level = session.options->summaryLevel;
-    if (level == SummaryLevel::Conclusion) {
+void writeFileBlocks(TraceSession& session, const SelectedFile& file, const CoverageCounters& hits) {
+    const FileDescription& description = *file.description;
+    session.typesInUse = typesOr(*session.options, description.coverageTypes);
+    writeCoverageBlock(session, {nullptr, "", description.sourceName->text, description.sourceComment,
+                                 &file.totals, &hits, description.coverageTypes});
+    if (session.options->summaryLevel > SummaryLevel::Service) {
         return;
     }
-    session.typesInUse = typesOr(*session.options, description.coverageTypes);
-    writeCoverageBlock(session, {nullptr, "", nameText(description.sourceName), description.sourceComment,
-                                 &sums.totals, &sums.hits, description.coverageTypes});
-    if (level <= SummaryLevel::Service) {
-        writeServiceBlocks(session, description);
+    for (const SelectedService& selected : session.selection.servicesOf(file)) {
+        const Service& service = *selected.service;
+        writeCoverageBlock(session, {&service, "\t", service.name->text, nullptr, &service.counts,
+                                     &hitsOf(session, service), description.coverageTypes});
     }
 }
 
@@ -322,22 +318,19 @@ void writeTestReport(TraceSession& session) {
         writeTestTitle(session);
     }
     writeRemarks(session);
-    FileSums conclusion;
-    for (const auto& description : loadedDescriptions()) {
-        // A placeholder describes nothing.
-        if (description->placeholder || !GetFileAuth(description->sourceName, *session.options)) {
-            continue;
+    const std::vector<CoverageCounters> hits = hitsByFile(session);
+    session.reportedTypes |= session.selection.types;
+    CoverageCounters conclusionHits{};
+    for (std::size_t place = 0; place < hits.size(); ++place) {
+        if (session.options->summaryLevel != SummaryLevel::Conclusion) {
+            writeFileBlocks(session, session.selection.files[place], hits[place]);
         }
-        session.reportedTypes |= description->coverageTypes;
-        const FileSums sums = sumsOf(session, *description);
-        writeFileBlocks(session, *description, sums);
-        sumCounters(conclusion.totals, sums.totals);
-        sumCounters(conclusion.hits, sums.hits);
+        sumCounters(conclusionHits, hits[place]);
     }
     const std::string name = session.options->global ? std::string(text(session, ReportLabel::Conclusion))
                                                      : std::string(text(session, ReportLabel::ConclusionTest))
                                                            .append(nameText(session.trace.currentTest));
-    writeConclusion(session, name, conclusion.totals, conclusion.hits);
+    writeConclusion(session, name, session.selection.totals, conclusionHits);
 }
 
 void writeFinalConclusion(TraceSession& session) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "description/model.h"
+#include "report/auth.h"
 #include "report/labels.h"
 #include "report/options.h"
 #include "report/tio.h"
@@ -16,12 +18,14 @@ struct TraceSession {
     OutputFile* reportStream = nullptr;
     const CoverageOptions* options = nullptr;
     Language language = Language::English;
-    TraceCursor trace;            // file, line, test, date, part and count mode of the traces
-    bool testOpen = false;        // the current test is selected and its hits are recorded
-    bool anyTestSelected = false; // some test met so far was
-    bool cleanPending = false;    // the cleaned trace has yet to be written
-    bool testReported = false;    // a test report has been written
-    OutputFile cleanStream;       // opened with the first write
+    Selection selection;
+    TraceCursor trace;                       // file, line, test, date, part and count mode of the traces
+    bool testOpen = false;                   // the current test is selected and its hits are recorded
+    bool anyTestSelected = false;            // some test met so far was
+    bool cleanPending = false;               // the cleaned trace has yet to be written
+    bool testReported = false;               // a test report has been written
+    OutputFile cleanStream;                  // opened with the first write
+    std::vector<FileDescription*> keptParts; // with hits for the cleaned trace
     std::int32_t currentTestNumber = -1;
     std::int32_t currentServiceNumber = -1;
     std::uint16_t typesInUse = 0;      // governs the block being written

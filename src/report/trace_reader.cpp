@@ -119,13 +119,13 @@ HitTreatment hitTreatment(const TraceSession& session) {
             trace.countOriented ? Counting::Accumulate : Counting::Replace, session.typesInUse};
 }
 
-void takeHit(const HitTreatment& treatment, const Hit& hit) {
+void takeHit(TraceSession& session, const HitTreatment& treatment, const Hit& hit) {
     if (treatment.recorded && (treatment.types & typesOfKind(hit.kind)) != 0 &&
         (treatment.counting == Counting::Accumulate || !isPlainlyHit(*treatment.part, hit.kind, hit.id))) {
         recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
     }
     if (treatment.kept) {
-        AddTioBranch(*treatment.part, hit);
+        AddTioBranch(session, hit);
     }
 }
 
@@ -133,8 +133,8 @@ void takeHit(const HitTreatment& treatment, const Hit& hit) {
 void handleHits(TraceSession& session, LineKind kind) {
     const Hit hit = readHit(session.trace, kind);
     const HitTreatment treatment = hitTreatment(session);
-    takeHit(treatment, hit);
-    takePlainHits(session.trace, [&treatment](const Hit& plainHit) { takeHit(treatment, plainHit); });
+    takeHit(session, treatment, hit);
+    takePlainHits(session.trace, [&](const Hit& plainHit) { takeHit(session, treatment, plainHit); });
 }
 
 } // namespace

@@ -68,20 +68,14 @@ OutputFile::~OutputFile() {
     }
 }
 
-void OutputFile::put(std::string_view text) {
+void OutputFile::putInPieces(std::string_view text) {
     while (text.size() > buffer_.size() - used_) {
-        const std::size_t fitting = buffer_.size() - used_;
-        std::copy_n(text.data(), fitting, buffer_.data() + used_);
-        used_ += fitting;
-        text.remove_prefix(fitting);
+        const std::string_view fitting = text.substr(0, buffer_.size() - used_);
+        put(fitting);
+        text.remove_prefix(fitting.size());
         flush();
     }
-    std::copy_n(text.data(), text.size(), buffer_.data() + used_);
-    used_ += text.size();
-}
-
-void OutputFile::put(char character) {
-    put(std::string_view(&character, 1));
+    put(text);
 }
 
 void OutputFile::putNumber(std::uint32_t number, std::size_t width) {

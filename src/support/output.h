@@ -4,6 +4,7 @@
 // latest when the output is finished, and is a fatal error that names the file.
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +29,15 @@ public:
     [[nodiscard]] const std::string& name() const { return name_; }
 
     // Appends bytes; the caller's text is copied.
-    void put(std::string_view text);
-    void put(char character);
+    void put(std::string_view text) {
+        if (text.size() > buffer_.size() - used_) {
+            putInPieces(text);
+            return;
+        }
+        std::memcpy(buffer_.data() + used_, text.data(), text.size());
+        used_ += text.size();
+    }
+    void put(char character) { put(std::string_view(&character, 1)); }
     // Appends a number in decimal, padded with blanks on the left to `width`.
     void putNumber(std::uint32_t number, std::size_t width = 0);
     // Appends a number with one decimal, padded with blanks on the left to `width`.
@@ -41,6 +49,7 @@ public:
     bool save() noexcept;
 
 private:
+    void putInPieces(std::string_view text);
     void flush();
 
     platform::Descriptor file_;
