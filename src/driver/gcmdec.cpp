@@ -345,10 +345,12 @@ struct OptionMatch {
 BestMatch<OptionMatch> matchOption(std::string_view text) {
     BestMatch<OptionMatch> best;
     for (OptionDef& option : decoder.options) {
-        best.offer({&option, 1}, optionLength(text, option.name), option.name.size());
-        if (option.negatable) {
-            const std::string negated = std::string("NO").append(option.name);
-            best.offer({&option, -1}, optionLength(text, negated), negated.size());
+        const std::size_t plainLength = optionLength(text, option.name);
+        best.offer({&option, 1}, plainLength, option.name.size());
+        const std::string negated = std::string("NO").append(option.name);
+        const std::size_t negatedLength = option.negatable ? optionLength(text, negated) : 0;
+        if (negatedLength > plainLength) { // an option does not compete with itself
+            best.offer({&option, -1}, negatedLength, negated.size());
         }
     }
     return best;

@@ -279,7 +279,11 @@ std::optional<std::uint64_t> appendRecord(const Measure& measure) {
     return offset;
 }
 
-bool updateDatabase(Measure& measure, platform::Descriptor index) {
+bool updateDatabase(Measure& measure) {
+    platform::Descriptor index = platform::openForUpdate(measure.indexFile);
+    if (!index.isOpen()) {
+        return problem(translate("Error", "Unable to open index file"));
+    }
     const std::optional<IndexPlace> place = findInIndex(index, measure.key);
     if (!place || !computeTotals(measure, place->recordOffset)) {
         return false;
@@ -300,14 +304,8 @@ bool updateUnderLock(Measure& measure) {
     if (!lock.take()) {
         return false;
     }
-    bool done = false;
-    if (!fileExists(measure.indexFile)) {
-        done = createDatabase(measure);
-    } else if (platform::Descriptor index = platform::openForUpdate(measure.indexFile); index.isOpen()) {
-        done = updateDatabase(measure, std::move(index));
-    } else {
-        problem(translate("Error", "Unable to open index file"));
-    }
+    const bool hasIndex = platform::openForUpdate(measure.indexFile).isOpen();
+    const bool done = hasIndex ? updateDatabase(measure) : createDatabase(measure);
     return lock.release() && done;
 }
 

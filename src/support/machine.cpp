@@ -16,7 +16,6 @@ namespace {
 struct Identity {
     QString productName = QStringLiteral("Norvik");
     QString executableName = QStringLiteral("<unnamed binary>");
-    bool crashHandlerInstalled = false;
 };
 
 Identity& identity() {
@@ -151,12 +150,9 @@ void setLastWrites(void (*save)()) {
 void setProductIdentity(const QString& productName, const QString& executableName) {
     identity().productName = productName;
     identity().executableName = executableName;
-    if (!identity().crashHandlerInstalled) {
-        identity().crashHandlerInstalled = true;
-        const QString text = translate("Internal Error", "Please, contact your support");
-        platform::installCrashHandler(toLocal(internalErrorText(text, nullptr, 0)), runLastWrites,
-                                      static_cast<int>(ExitStatus::InternalError));
-    }
+    const QString text = translate("Internal Error", "Please, contact your support");
+    platform::installCrashHandler(toLocal(internalErrorText(text, nullptr, 0)), runLastWrites,
+                                  static_cast<int>(ExitStatus::InternalError));
 }
 
 QString getProductName() {

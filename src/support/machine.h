@@ -55,8 +55,8 @@ void setProgramEnd(ProgramEnd end);
 // may only write.
 void setLastWrites(void (*save)());
 
-// Names the product and the executable in all later messages. The first call also makes a crash of the
-// program an internal error.
+// Names the product and the executable in all later messages, and makes a crash of the program an internal
+// error.
 void setProductIdentity(const QString& productName, const QString& executableName);
 QString getProductName();
 

@@ -69,6 +69,9 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::putInPieces(std::string_view text) {
+    if (!isOpen()) {
+        reportIncomplete(name_);
+    }
     while (text.size() > buffer_.size() - used_) {
         const std::string_view fitting = text.substr(0, buffer_.size() - used_);
         put(fitting);
