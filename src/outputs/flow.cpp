@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "report/auth.h"
+#include "report/report_text.h"
 #include "report/session.h"
 #include "report/tio.h"
 #include "support/files.h"
@@ -35,15 +36,6 @@ std::string_view text(const FlowState& flow, const FlowText& texts) {
 
 std::string_view text(const FlowState& flow, ReportLabel label) {
     return labelText(label, flow.language);
-}
-
-void writeHeader(FlowState& flow) {
-    OutputFile& out = *flow.out;
-    out.put(separatorLine);
-    putLine(out, "\n\t\t", text(flow, title));
-    putLine(out, "\n\t\t    Tool version:    ", toolVersion);
-    putLine(out, "\n\t\t\t  ", dateText(presentTime()), "\n");
-    out.put(separatorLine);
 }
 
 void handleTestLine(FlowState& flow) {
@@ -152,7 +144,8 @@ void writePathTrace(OutputFile& out, const TraceFileList& traceFiles, const Cove
     flow.language = language;
     flow.types = typesOr(options, typesOfAllDescriptions());
     flow.trace = startOfTraces();
-    writeHeader(flow);
+    writeHead(out, text(flow, title));
+    out.put(separatorLine);
     for (const std::string& traceFile : traceFiles) {
         retellTrace(flow, traceFile);
     }

@@ -305,12 +305,15 @@ void writeSeparator(TraceSession& session) {
     session.reportStream->put(separatorLine);
 }
 
-void writeReportHeader(TraceSession& session) {
-    OutputFile& out = *session.reportStream;
-    writeSeparator(session);
-    putLine(out, "\n\t\t", text(session, ReportLabel::Title));
+void writeHead(OutputFile& out, std::string_view title) {
+    out.put(separatorLine);
+    putLine(out, "\n\t\t", title);
     putLine(out, "\n\t\t    Tool version:    ", toolVersion);
     putLine(out, "\n\t\t\t  ", dateText(presentTime()), "\n");
+}
+
+void writeReportHeader(TraceSession& session) {
+    writeHead(*session.reportStream, text(session, ReportLabel::Title));
 }
 
 void writeTestReport(TraceSession& session) {

@@ -2,12 +2,16 @@
 
 // The text of the coverage report: head, blocks of rates, source references.
 
+#include <string_view>
+
 #include "report/session.h"
 
 namespace veldacov {
 
-void writeSeparator(TraceSession& session);
+// The head of the report and of the path trace: title, tool version and present date.
+void writeHead(OutputFile& out, std::string_view title);
 void writeReportHeader(TraceSession& session);
+void writeSeparator(TraceSession& session);
 
 // The report of the current test or, with -GLOBAL, of all tests together.
 void writeTestReport(TraceSession& session);
