@@ -169,11 +169,11 @@ private:
     platform::Descriptor file_;
 };
 
-// Starts a database: the first record's totals are its values.
+// Starts a database: the first record's totals are its values. A missing index file is created behind the
+// record, or a run that is killed in between would leave an index that no record can be found with.
 bool createDatabase(Measure& measure) {
     measure.totals.assign(measure.values.begin(), measure.values.end());
-    platform::Descriptor index = platform::createIfMissing(measure.indexFile);
-    if (!index.isOpen()) {
+    if (fileExists(measure.indexFile) && !platform::createIfMissing(measure.indexFile).isOpen()) {
         return problem(translate("Error", "Unable to create TPM file"));
     }
     platform::Descriptor database = platform::createIfMissing(measure.databaseFile);
@@ -188,6 +188,10 @@ bool createDatabase(Measure& measure) {
     }
     if (written < record.size()) {
         return problem(translate("Error", "Unable write in DataBase file"));
+    }
+    platform::Descriptor index = platform::createIfMissing(measure.indexFile);
+    if (!index.isOpen()) {
+        return problem(translate("Error", "Unable to create TPM file"));
     }
     const std::string entry = indexEntry(measure.key, offset);
     const std::size_t entryWritten = platform::writeAt(index.number(), lengthOf(index), entry);

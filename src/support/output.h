@@ -3,8 +3,8 @@
 // Files being written. An output is complete or the run says otherwise: a write that fails is found at the
 // latest when the output is finished, and is a fatal error that names the file.
 
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,7 +34,7 @@ public:
             putInPieces(text);
             return;
         }
-        std::memcpy(buffer_.data() + used_, text.data(), text.size());
+        std::copy_n(text.data(), text.size(), buffer_.data() + used_);
         used_ += text.size();
     }
     void put(char character) { put(std::string_view(&character, 1)); }
