@@ -1,0 +1,4 @@
+lock()
+{
+if (key && shut)
+}

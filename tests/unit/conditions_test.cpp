@@ -1,0 +1,274 @@
+// Compositions of conditions, compared with a slow and plain judge on whole families of small ones.
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <random>
+#include <vector>
+
+#include "description/conditions.h"
+#include "unit/test_support.h"
+
+namespace veldacov::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// A CC line over the basic conditions 0 to width-1; without a frontier it has an expression.
+struct CcLine {
+    std::uint32_t id, width, caseCount;
+    std::string cases;
+    std::optional<std::uint32_t> frontier = std::nullopt;
+};
+
+bool bitOf(std::uint32_t number, std::uint32_t bit) {
+    return bit < 32 && (number >> bit & 1U) != 0;
+}
+
+// The value of the expression at `at` for case k; moves `at` behind it and counts the conditions met.
+bool evaluate(const std::string& expression, std::size_t& at, std::uint32_t k, std::uint32_t& condition) {
+    const char node = expression[at++];
+    if (node == '.') {
+        return bitOf(k, condition++);
+    }
+    const bool left = evaluate(expression, at, k, condition);
+    if (node == 'N') {
+        return !left;
+    }
+    const bool right = evaluate(expression, at, k, condition);
+    return node == 'X' ? left != right : (node == 'A' || node == 'a' ? left && right : left || right);
+}
+
+// Whether two vectors differ at position j, where both care, and nowhere else.
+bool differAt(const std::string& a, const std::string& b, std::size_t j) {
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const bool care = a[i] != 'X' && b[i] != 'X';
+        if (i == j ? !care || a[i] == b[i] : care && a[i] != b[i]) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The texts of the cases, then those of the pairs of each basic condition. `known`: the text of the first
+// condition of the service with each identifier.
+Texts judged(const CcLine& line, std::map<std::uint32_t, std::string>& known) {
+    Texts texts;
+    Texts vectors(line.caseCount, std::string(line.width, '\0'));
+    std::vector<bool> outcomes;
+    for (std::uint32_t k = 0; k < line.caseCount; ++k) {
+        for (std::uint32_t j = 0; j < line.width; ++j) {
+            const std::size_t at = std::size_t{k} * line.width + j;
+            vectors[k][j] = !line.frontier           ? "FT"[bitOf(k, j)]
+                            : at < line.cases.size() ? line.cases[at]
+                                                     : '\0';
+        }
+        std::size_t start = 0;
+        std::uint32_t condition = 0;
+        outcomes.push_back(line.frontier ? k < *line.frontier : evaluate(line.cases, start, k, condition));
+        texts.emplace_back((vectors[k] + (outcomes[k] ? "=T" : "=F")).c_str()); // ends where a table does
+        known.emplace(line.id + k, texts[k]);
+    }
+    for (std::uint32_t j = 0; j < line.width; ++j) {
+        std::string pairs;
+        for (std::uint32_t a = 0; a < line.caseCount; ++a) {
+            for (std::uint32_t b = 0; b < line.caseCount; ++b) {
+                const bool partners = line.frontier ? outcomes[a] && differAt(vectors[a], vectors[b], j)
+                                                    : j < 32 && b != a && b == (a | 1U << j);
+                if (outcomes[a] != outcomes[b] && partners) {
+                    pairs += pairs.empty() ? "#" + std::to_string(j + 1) + " (" : ", (";
+                    pairs += known[line.id + a] + "/" + known[line.id + b] + ")";
+                }
+            }
+        }
+        texts.push_back(pairs);
+    }
+    return texts;
+}
+
+Texts textsOf(const Service& service, const Composition& composition) {
+    Texts texts;
+    for (std::uint32_t k = 0; k < composition.caseCount; ++k) {
+        texts.push_back(conditionText(service, composition.firstCase + k));
+    }
+    for (std::size_t j = 0; j < composition.modifiedConditions.size(); ++j) {
+        texts.push_back(pairsText(service, composition, j));
+    }
+    return texts;
+}
+
+class ConditionsTest : public FreshProgram {
+protected:
+    // Loads all compositions into one service, behind the condition 0, and judges each. Those with identifier 0
+    // are numbered on.
+    void judge(std::vector<CcLine> lines) {
+        std::string body = "CA 0 \"f\" \"c\" 1 1\n";
+        std::map<std::uint32_t, std::string> known = {{0, "\"c\""}};
+        std::uint32_t nextId = 1;
+        for (CcLine& line : lines) {
+            line.id = line.id != 0 ? line.id : std::exchange(nextId, nextId + line.caseCount);
+            body += "CC " + std::to_string(line.id) + " " + std::to_string(line.width);
+            for (std::uint32_t j = 0; j < line.width; ++j) {
+                body += " 0";
+            }
+            body += " " + std::to_string(line.caseCount) + " " + line.cases;
+            body += line.frontier ? " " + std::to_string(*line.frontier) + "\n" : "\n";
+        }
+        freeAllDescriptions();
+        const Service& service = load(descriptionOf(body)).services[0];
+        ASSERT_EQ(service.compositions.size(), lines.size());
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            ASSERT_EQ(textsOf(service, service.compositions[i]), judged(lines[i], known)) << lines[i].cases;
+        }
+    }
+
+    std::uint32_t below(std::uint32_t limit) { return static_cast<std::uint32_t>(random() % limit); }
+
+    std::string randomText(std::size_t length, std::string_view characters) {
+        std::string text;
+        while (text.size() < length) {
+            text += characters[below(static_cast<std::uint32_t>(characters.size()))];
+        }
+        return text;
+    }
+
+    std::mt19937 random{20240607};
+};
+
+// All operator trees over so many conditions, each node with and without a negation.
+Texts treesOf(std::size_t conditions, const std::string& operators) {
+    Texts trees = conditions == 1 ? Texts{"."} : Texts();
+    for (std::size_t left = 1; left < conditions; ++left) {
+        for (const std::string& l : treesOf(left, operators)) {
+            for (const std::string& r : treesOf(conditions - left, operators)) {
+                for (const char letter : operators) {
+                    trees.push_back(letter + l + r);
+                }
+            }
+        }
+    }
+    for (std::size_t i = 0, plain = trees.size(); i < plain; ++i) {
+        trees.push_back("N" + trees[i]);
+    }
+    return trees;
+}
+
+TEST_F(ConditionsTest, ExpressionsOfEveryTreeAndCaseCount) {
+    for (std::uint32_t width = 1; width <= 4; ++width) {
+        std::vector<CcLine> lines;
+        for (const std::string& tree : treesOf(width, width < 4 ? "AaOoX" : "AoX")) {
+            for (std::uint32_t m = width < 4 ? 1 : 15 + below(2); m <= 1U << width; ++m) {
+                lines.push_back({0, width, m, tree + (m % 2 == 0 ? "" : "AT")}); // what follows is ignored
+            }
+        }
+        judge(lines);
+    }
+}
+
+TEST_F(ConditionsTest, TablesOfUpToThreeConditionsWithFewCases) {
+    std::vector<CcLine> lines;
+    Texts tables = {""}; // all over T, F, X, by their lengths
+    for (std::size_t i = 0; tables[i].size() <= 6; ++i) {
+        for (const char character : {'T', 'F', 'X'}) {
+            tables.push_back(tables[i] + character);
+        }
+        const auto size = static_cast<std::uint32_t>(tables[i].size());
+        for (const std::uint32_t width : {1U, 2U, 3U}) {
+            const std::uint32_t m = size % width == 0 ? size / width : 0;
+            for (std::uint32_t frontier = 0; m > 0 && frontier <= m + 1; ++frontier) {
+                lines.push_back({0, width, m, tables[i], frontier});
+            }
+        }
+    }
+    judge(lines);
+}
+
+// Vectors near each other, so that there are pairs, on both sides of word boundaries.
+TEST_F(ConditionsTest, RandomTablesAndExpressions) {
+    constexpr std::string_view alphabets[] = {"TF", "TFX", "TTTFFFX?", "tf\\\"0\xff", "XX\x80T", "X"};
+    constexpr std::uint32_t widths[] = {1, 2, 3, 4, 5, 6, 7, 8, 31, 33, 63, 64, 65, 128, 129, 200};
+    std::vector<CcLine> lines;
+    for (std::uint32_t i = 0; i < 600; ++i) {
+        const std::uint32_t width = widths[i % 16];
+        const std::uint32_t m = 1 + below(width < 9 ? 14 : 7);
+        const std::string base = randomText(width, alphabets[i % 6]);
+        std::string table;
+        for (std::uint32_t k = 0; k < m; ++k) {
+            table += base;
+            table[table.size() - 1 - below(2) * below(width)] = "TFX"[below(3)];
+        }
+        table.resize(i % 4 == 0 ? 1 + below(width * m + 4) : width * m, 'T'); // too short or too long
+        lines.push_back({0, width, m, table, below(m + 2)});
+        const std::string operators = randomText(width - 1, "AaOoX");
+        lines.push_back({0, width, i % 40 == 0 ? 129 : 1 + below(20), operators + std::string(width, '.')});
+    }
+    judge(lines);
+}
+
+TEST_F(ConditionsTest, PairsNameTheFirstEntryWithTheIdentifierOfACase) {
+    for (std::uint32_t round = 0; round < 100; ++round) {
+        std::vector<CcLine> lines;
+        for (std::uint32_t i = 0; i < 8; ++i) {
+            const std::uint32_t id = round % 10 == 0 ? 4294967290 + below(6) : 1 + below(20);
+            lines.push_back({id, 3, 8, "XA.N.."});
+            lines.push_back({id + below(5), 2, 6, randomText(12, "TFX"), 3});
+        }
+        judge(lines);
+    }
+}
+
+TEST_F(ConditionsTest, DocumentedTexts) {
+    const std::pair<std::string, Texts> rows[] = {
+        {"4 A..", {"FF=F", "TF=F", "FT=F", "TT=T", "#1 (FT=F/TT=T)", "#2 (TF=F/TT=T)"}},
+        {"4 O..", {"FF=F", "TF=T", "FT=T", "TT=T", "#1 (FF=F/TF=T)", "#2 (FF=F/FT=T)"}},
+        {"4 X..",
+         {"FF=F", "TF=T", "FT=T", "TT=F", "#1 (FF=F/TF=T), (FT=T/TT=F)", "#2 (FF=F/FT=T), (TF=T/TT=F)"}},
+        {"3 TXFTFF 1", {"TX=T", "FT=F", "FF=F", "#1 (TX=T/FT=F), (TX=T/FF=F)", ""}},
+        {"4 TTTFFTF 0", {"TT=F", "TF=F", "FT=F", "F", "", ""}},
+        {"4 TTTFFTFF 4", {"TT=T", "TF=T", "FT=T", "FF=T", "", ""}},
+        {"2 A.. ", {"A.=F", ".", "", ""}}, // the blank leaves an empty frontier: a table
+    };
+    for (const auto& [cases, texts] : rows) {
+        const std::string body = "CA 0 \"f\" \"a\" 1 1\nCA 1 \"f\" \"b\" 1 1\nCC 9 2 0 1 " + cases + "\n";
+        const Service& service = load(descriptionOf(body)).services[0];
+        EXPECT_EQ(textsOf(service, service.compositions[0]), texts) << cases;
+        freeAllDescriptions();
+    }
+}
+
+TEST_F(ConditionsTest, AModifiedConditionIsHitByCasesOfAnyTests) {
+    std::string body;
+    for (const std::string service : {"f", "g"}) {
+        for (const std::string id : {"0", "1"}) {
+            body += "CA " + id + (service == "g" ? "0" : "") + " \"" + service + "\" \"c\" 1 1\n";
+        }
+        body += service == "f" ? "CC 20 2 0 1 4 A..\nCC 24 2 1 0 4 X..\n" : "CC 30 3 0 10 0 8 AO...\n";
+    }
+    FileDescription& file = load(descriptionOf(body));
+    for (std::uint32_t test = 0; test < 40; ++test) {
+        resetTestCounts();
+        recordHit(file, ItemKind::Condition, test % 4 == 3 ? 30 + below(8) : 20 + below(8), 5,
+                  Counting::Accumulate);
+        computeModifiedConditionHits();
+        for (const Service& service : file.services) {
+            std::uint32_t covered = 0;
+            for (const Composition& composition : service.compositions) {
+                for (const ModifiedCondition& modified : composition.modifiedConditions) {
+                    const auto isHit = [&](const VectorPair& pair) {
+                        return service.conditions[pair.first].item.globalHits > 0 &&
+                               service.conditions[pair.second].item.globalHits > 0;
+                    };
+                    const bool expected = std::any_of(modified.pairs.begin(), modified.pairs.end(), isHit);
+                    EXPECT_EQ(modified.testHits, expected ? 1U : 0U) << test;
+                    covered += expected ? 1 : 0;
+                }
+            }
+            EXPECT_EQ(service.testCovered[counter::modifiedConditions], covered);
+            EXPECT_EQ(service.globalCovered[counter::modifiedConditions], covered);
+        }
+    }
+    EXPECT_EQ(file.services[0].compositions[1].modifiedConditions[0].basicCondition, 1U);
+}
+
+} // namespace
+} // namespace veldacov::test

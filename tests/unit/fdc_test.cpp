@@ -1,0 +1,240 @@
+// Coverage descriptions: what is loaded, what is queued as a trace, and every refusal.
+
+#include <algorithm>
+#include <vector>
+
+#include "support/files.h"
+#include "unit/test_support.h"
+
+namespace veldacov::test {
+namespace {
+
+class FdcTest : public FreshProgram {
+protected:
+    // Loads a text as x.fdc into the empty model and gives the account of it.
+    std::string accountOfLoading(const std::string& text, std::uint16_t requestedTypes = 0) {
+        freeAllDescriptions();
+        const std::string name = write("x.fdc", text);
+        return accountHere([&] { loadFdcFile(&name, requestedTypes, traces); });
+    }
+
+    // The sources of all descriptions, in loading order, a blank behind each.
+    static std::string loadedSources() {
+        std::string sources;
+        for (const auto& description : loadedDescriptions()) {
+            sources.append(description->sourceName->text).append(" ");
+        }
+        return sources;
+    }
+
+    TraceFileList traces;
+    const std::string call = "AP 0 \"f\" \"g\" 1 1\n";
+};
+
+TEST_F(FdcTest, EveryItemIsCountedInItsServiceAndFile) {
+    FileDescription& file = load(descriptionOf(
+        "PR 0 proc \"f\" 10 50\nPR 1 return \"f\" 20 20\nPR 2 endproc \"f\" 50 50\nPR 3 term \"f\" 30 30\n"
+        "AP 0 \"g\" \"f\" 70 71\nBL 0 simple \"f\" A 12 14 more fields\nBL 1 implicit \"f\" B 15 15\n"
+        "BL 2 logical \"f\" FOR 16 18\nBL 3 atc \"f\" D 9 9\nCE 40 \"f\" \"a \\\"<\\\" b\" 11 12\n"
+        "CE 42 \"f\" \"a \\\"<\\\" b\" 13 13\nCA 44 \"f\" \"c\\\\d\" 14 14\nCC 45 2 40 44 2 TTFF 1\n"));
+    EXPECT_EQ((std::array{file.procedureBranchCount, file.callCount, file.blockCount, file.conditionCount}),
+              (std::array{4U, 1U, 4U, 2U + 2U + 1U + 2U}));
+    ASSERT_EQ(file.services.size(), 2U);
+    const Service& f = file.services[0];
+    const Service& g = file.services[1]; // first mentioned as a caller
+    EXPECT_EQ(f.counts, (CoverageCounters{1, 4, 0, 1, 1, 1, 1, 5, 2, 2}));
+    EXPECT_EQ(g.counts, (CoverageCounters{0, 0, 1, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ((std::array{f.firstLine, f.lastLine, g.firstLine, g.lastLine}),
+              (std::array{9U, 50U, 70U, 71U}));
+    EXPECT_EQ(f.blocks[2].label, "FOR");
+    std::string conditions;
+    for (std::uint32_t i = 0; i < f.conditions.size(); ++i) {
+        const CoverageItem& item = f.conditions[i].item;
+        conditions += std::to_string(item.id) + " " + std::to_string(item.startLine) + "-" +
+                      std::to_string(item.endLine) + " " + conditionText(f, i) + outcomeText(f, i).data() +
+                      "\n";
+    }
+    EXPECT_EQ(conditions, "40 11-12 \"a \"<\" b\"True\n41 11-12 \"a \"<\" b\"False\n"
+                          "42 13-13 \"a \"<\" b\"True\n43 13-13 \"a \"<\" b\"False\n"
+                          "44 14-14 \"c\\d\"\n45 11-14 TT=T\n46 11-14 FF=F\n");
+}
+
+TEST_F(FdcTest, KeyAndChecksumComeFromSourceTokensAndChecksumLine) {
+    constexpr std::uint32_t keyOfSource = 0x58164a65; // 0x4a4a4a4a ^ "src/" ^ "a.c\0"
+    const struct {
+        std::string version, checksumLine;
+        std::uint32_t fileKey, checksum;
+    } rows[] = {{"VE 3.0d A B 12 C", "DC 7", keyOfSource, 0x41204207},
+                {"VE 3.0e A #B C", "DC 7", keyOfSource, 0x41000007},
+                {"VE 3.0e 1 B", "DC 7", keyOfSource, 0x31204207}, // only the first may start with a digit
+                {"VE 3.0e A B C D E", "DC 7", keyOfSource, 0x02000627},
+                {"VE 3.0e A", "DC 7 99", 99, 0x41000007},
+                {"VE 3.0e A", "DC 4294967296 ", 0, 0x41000000}}; // wraps; the blank leaves an empty key
+    for (const auto& row : rows) {
+        load(row.version + "\nFC \"a.c\" \"src/\"\nFD 0\nTC PR\n" + call + row.checksumLine + "\n");
+        EXPECT_EQ(loadedDescriptions().back()->fileKey, row.fileKey) << row.checksumLine;
+        EXPECT_EQ(loadedDescriptions().back()->checksum, row.checksum) << row.version;
+    }
+}
+
+TEST_F(FdcTest, FilesWithoutAVersionLineAreTraces) {
+    for (const std::string text : {"\n", "VEX 1\n", "ve 3.0e\n", "NT\r"}) {
+        EXPECT_EQ(accountOfLoading(text), "");
+        EXPECT_EQ(std::exchange(traces, {}), TraceFileList{path("x.fdc")}) << text;
+    }
+    const std::string missing = path("missing.fdc");
+    EXPECT_EQ(accountHere([&] { loadFdcFile(&missing, 0, traces); }),
+              "WARNING: Cannot open file missing.fdc\n");
+    EXPECT_EQ(accountHere([&] { loadFdcFile(nullptr, 0, traces); }),
+              internalAccount("Attempt to open unnamed FDC file"));
+    EXPECT_EQ(accountOfLoading(""), "");
+    EXPECT_TRUE(traces.empty());
+}
+
+TEST_F(FdcTest, SectionsFollowMarkersBetweenFences) {
+    const std::pair<std::string, bool> rows[] = {
+        {"/RIK\n", false},
+        {"text @ text /RIK text\n", true},
+        {"@@/RIK\n", false},
+        {"@\n@\n@/RIK\n", true},
+        {"@//RIK\n", false}, // a character that fails is not tried again as the first
+        {"@/RI@@K\n", false},
+        {"@/RIK @\nno @ section\n/RIK\n", true}, // fences on these two lines do not count
+        {"@/RIK\nno section\n@/RIK\n", false},
+        {std::string("@/RIK\n\0\n/RIK\n", 13), true}};
+    for (const auto& [between, found] : rows) {
+        EXPECT_EQ(accountOfLoading(descriptionOf(call) + between + descriptionOf(call, "b.c", "98")), "");
+        EXPECT_EQ(loadedSources(), found ? "b.c a.c " : "a.c ") << between;
+    }
+}
+
+TEST_F(FdcTest, SectionsStandInReverseWithoutThoseOfEarlierFiles) {
+    const std::string a = descriptionOf(call, "a.c", "1") + "@/RIK@\n";
+    const std::string b = descriptionOf(call, "b.c", "2") + "@/RIK@\n";
+    EXPECT_EQ(accountOfLoading(a + b + b), ""); // a file may repeat itself
+    const std::string y = write("y.fdc", a + descriptionOf(call, "c.c", "3") + "@/RIK@\n" + b);
+    EXPECT_EQ(accountHere([&] { loadFdcFile(&y, 0, traces); }),
+              "INFO: y.fdc contains redundant static information; it is ignored\n");
+    EXPECT_EQ(loadedSources(), "b.c b.c a.c c.c ");
+    EXPECT_EQ(loadedDescriptions()[1]->fdcName, "");
+    EXPECT_EQ(loadedDescriptions()[2]->fdcName, path("x.fdc")); // the first section has the name
+}
+
+TEST_F(FdcTest, ChangedSourcesMissingTypesAndLongWorkAreTold) {
+    const std::int64_t onDisk = fileModificationTime(write("src.c", "int x;\n"));
+    const auto account = [&](std::int64_t time, std::uint16_t requestedTypes) {
+        return accountOfLoading("VE 3.0e A\nFC \"src.c\" \"" + path("") + "\"\nFD " + std::to_string(time) +
+                                    "\nTC BT\n" + call + "DC 0\n",
+                                requestedTypes);
+    };
+    const std::string touched = "WARNING: Source file touched after instrumentation: src.c\n";
+    EXPECT_EQ(account(onDisk, 0) + account(0, 0), "");
+    EXPECT_EQ(account(onDisk - 1, 0), touched);
+    EXPECT_EQ(account(4294967295, 0), touched); // times are signed
+    EXPECT_EQ(account(onDisk + 1, 0), "WARNING: Older version of src file src.c\n");
+    std::string all;
+    for (const char* type : {"Procedures", "Procedures and outputs", "Calls", "Simple blocks",
+                             "Implicit blocks", "Logical blocks", "Asynchronous transfer blocks",
+                             "Basic conditions", "Modified conditions", "Compound conditions"}) {
+        all.append("WARNING: ").append(type).append(" coverage type won't be computed for file src.c\n");
+    }
+    EXPECT_EQ(account(0, 0x7ff), all);
+    EXPECT_EQ(account(0, 0x7ef),
+              "WARNING: None of requested coverage types will be computed for file src.c\n");
+    EXPECT_EQ(accountOfLoading(descriptionOf(call), 0xfff), ""); // 0x010 and 0x800 give no warning
+    EXPECT_EQ(accountOfLoading(descriptionOf("CA 0 \"f\" \"c\" 1 1\nCC 1 1 0 1000 .\n")), "");
+    EXPECT_EQ(
+        accountOfLoading(descriptionOf("CA 0 \"f\" \"c\" 1 1\nCC 1 1 0 1001 .\n")),
+        "INFO: Computing modified conditions from 1001compound conditions, it can take a few minutes ...\n");
+}
+
+// Each message with the changes to a description in order that give it: "XX:" and what stands in place of the
+// line XX ("EOF": the file ends there), ' for ".
+TEST_F(FdcTest, EveryFaultHasItsMessage) {
+    const std::string valid = "VE 3.0e A\nFC 'a.c' 'src/'\nFD 0\nTC PR\nPR 0 proc 'f' 1 9\nCA 0 'f' 'c' 1 1\n"
+                              "CC 1 1 0 2 .\nDC 7\n";
+    const std::string version = "x.fdc has been generated with an incompatible version of the product: ";
+    const std::string absent = "Cannot retrieve correctly ";
+    const std::pair<std::string, std::vector<std::string>> rows[] = {
+        {"FDC file without any version string: x.fdc", {"VE:VE"}},
+        {version + "3.0f", {"VE:VE 3.0f A"}},
+        {version, {"VE:VE "}},
+        {"FDC file without any token string: x.fdc", {"VE:VE 3.0e", "VE:VE 3.0e #A"}},
+        {"Bad FDC file", {"FC:EOF", "FD:EOF", "TC:EOF"}},
+        {"Bad or missing FC in FDC file x.fdc", {"FC:FX 'a.c' 'src/'", "FC:"}},
+        {absent + "src-file name in FDC file x.fdc", {"FC:FC", "FC:FC a 'src/'", "FC:FC 'a'x 'src/'"}},
+        {"Empty src-file name in FDC file x.fdc", {"FC:FC '' 'src/'"}},
+        {absent + "src-file directory in FDC file x.fdc", {"FC:FC 'a.c'", "FC:FC 'a.c' 'src"}},
+        {"Empty src-file directory in FDC file x.fdc", {"FC:FC 'a.c' ''"}},
+        {"Bad or missing FD in FDC file x.fdc", {"FD:fd 0", "FD:TC PR"}},
+        {"Null pointer for time while reading file x.fdc", {"FD:FD"}},
+        {"Garbage at the end of FD line in FDC file x.fdc", {"FD:FD 1 2", "FD:FD 1 "}},
+        {"Bad or missing TC in FDC file x.fdc", {"TC:TCPR"}},
+        {"Bad or missing TC information in FDC file x.fdc", {"TC:TC"}},
+        {"Unknown coverage type in FDC file x.fdc", {"TC:TC XX", "TC:TC PR ", "TC:TC pr"}},
+        {"No data in FDC", {"PR:EOF"}},
+        {"Unknown bigramme DC in FDC file x.fdc", {"PR:DC 7"}}, // a body has at least one line
+        {"Unknown bigramme XX in FDC file x.fdc", {"PR:XX"}},
+        {"Unknown bigramme  in FDC file x.fdc", {"PR:", "DC:"}},
+        {"Null pointer for value while reading file x.fdc",
+         {"PR:FC", "PR:PR", "PR:PR 0 proc 'f'", "PR:PR 0 proc 'f' 1", "CC:CC 1 1", "CC:CC 1 1 0", "DC:DC"}},
+        {"Bad decimal number while reading file x.fdc",
+         {"FD:FD 1x", "PR:PR -1", "PR:PR 0 proc 'f' 1 x", "CC:CC 1 1 0 2 TF 1x", "DC:DC x", "DC:DC 7 x"}},
+        {"Unknown tpr type in FDC file x.fdc", {"PR:PR 0", "PR:PR 0 PROC 'f' 1 9"}},
+        {absent + "entity name in FDC file x.fdc", {"PR:PR 0 proc f 1 9"}},
+        {"Empty entity name in FDC file x.fdc", {"PR:PR 0 proc '' 1 9"}},
+        {"Multiple input in procedure f", {"CA:PR 1 proc 'f' 1 9"}},
+        {absent + "calling function in FDC file x.fdc", {"PR:AP 0 f 'g' 1 9"}},
+        {"Empty calling function in FDC file x.fdc", {"PR:AP 0 '' 'g' 1 9"}},
+        {absent + "called function in FDC file x.fdc", {"PR:AP 0 'f' 1 9"}},
+        {"Empty called function in FDC file x.fdc", {"PR:AP 0 'f' '' 1 9"}},
+        {"Unknown tb type in FDC file x.fdc", {"PR:BL 0", "PR:BL 0 while 'f' L 1 9"}},
+        {absent + "enclosing entity in FDC file x.fdc", {"PR:BL 0 atc L 1 9", "PR:CE 0 c 1 1", "PR:CA 0"}},
+        {"Empty enclosing entity in FDC file x.fdc", {"PR:BL 0 atc '' L 1 9", "PR:CE 0 '' 'c' 1 1"}},
+        {absent + "label in FDC file x.fdc", {"PR:BL 0 atc 'f'"}},
+        {absent + "basic condition text", {"PR:CE 0 'f' c 1 1", "PR:CA 0 'f'"}},
+        {"Bad number of basic condition in a composition in file x.fdc", {"CC:CC 1 0 2 .", "CC:CC 1 32768"}},
+        {"Bad number of cases in a composition in file x.fdc", {"CC:CC 1 1 0 0 ."}},
+        {"Bad cases or expression in a composition in file x.fdc", {"CC:CC 1 1 0 2"}},
+        {"Bad frontier for a composition in file x.fdc", {"CC:CC 1 1 0 2 TF 4294967295"}},
+        {"Bad composition in file x.fdc", {"PR:CC 1 1 0 2 .", "CC:CC 1 2 9 0 4 A..", "CC:CC 1 2 0 9 4 A.."}},
+        {"INTERNAL Cannot find condition in current procedure", {"CC:CC 1 3 0 9 0 8 A.A.."}},
+        {"INTERNAL Bad expression in CalculVector()", {"CC:CC 1 1 0 2 B", "CC:CC 1 1 0 2 A."}},
+        {"Bad or missing DC in FDC file x.fdc", {"DC:EOF", "CC:EOF"}},
+        {"Garbage at the end of DC line checksum in FDC file x.fdc", {"DC:DC 7 8 9", "DC:DC 7 8 "}},
+    };
+    for (const auto& [message, changes] : rows) {
+        const bool internal = message.starts_with("INTERNAL ");
+        for (const std::string& change : changes) {
+            std::string text = valid;
+            const std::size_t at = text.find(change.substr(0, 2) + " ");
+            text.replace(at, text.find('\n', at) - at, change.substr(3));
+            text.resize(std::min(text.size(), text.find("EOF")));
+            std::replace(text.begin(), text.end(), '\'', '"');
+            const std::string expected =
+                internal ? internalAccount(message.substr(9)) : fatalAccount(message);
+            EXPECT_EQ(accountOfLoading(text) + loadedSources(), expected) << text;
+        }
+    }
+}
+
+// A line that the cut leaves without its end is none, so what is missing depends on the complete lines only.
+TEST_F(FdcTest, DescriptionsCutAnywhereEndAsDocumented) {
+    const std::string text = descriptionOf("PR 0 proc \"f\" 1 9\nCE 0 \"f\" \"a\" 1 1\nCC 2 1 0 2 TF 1\n") +
+                             "@ text /RIK @\n" + descriptionOf(call, "b.c", "5");
+    const std::string header = fatalAccount("Bad FDC file");
+    const std::string body = fatalAccount("No data in FDC");
+    const std::string end = fatalAccount("Bad or missing DC in FDC file x.fdc");
+    const std::vector<std::string> byLines = {"",     header, header, header, body,   end,  end, end,
+                                              "a.c ", "a.c ", header, header, header, body, end, "b.c a.c "};
+    for (std::size_t length = 0; length <= text.size(); ++length) {
+        const std::string cut = text.substr(0, length);
+        const std::string account = accountOfLoading(cut);
+        EXPECT_EQ(account + loadedSources(),
+                  byLines[static_cast<std::size_t>(std::count(cut.begin(), cut.end(), '\n'))])
+            << cut;
+    }
+}
+
+} // namespace
+} // namespace veldacov::test

@@ -1,0 +1,222 @@
+// Traces: the states of the reader, the tests and dates it finds, and every refusal.
+
+#include <algorithm>
+#include <random>
+#include <vector>
+
+#include "report/trace_reader.h"
+#include "support/files.h"
+#include "unit/test_support.h"
+
+namespace veldacov::test {
+namespace {
+
+// Descriptions of a.c (key 99) and b.c (key 98, left out of the report), and a run of which the test "no" is
+// not selected either.
+class TraceTest : public FreshProgram {
+protected:
+    TraceTest() {
+        load(descriptionOf(
+            "PR 0 proc \"f\" 1 9\nAP 0 \"f\" \"g\" 2 2\nBL 0 atc \"f\" L 3 3\nCA 0 \"f\" \"c\" 4 4\n"));
+        load(descriptionOf("PR 0 proc \"f\" 1 9\n", "b.c", "98"));
+        internName("b.c")->flags = mark::exFile;
+        internName("no")->flags = mark::exTest;
+    }
+
+    // Reads a trace, or two with a "|" between them, in a run of its own and gives the account of it. The model
+    // has the hits of this run only then.
+    std::string accountOfRun(const std::string& text) {
+        session = {};
+        session.options = &options;
+        session.typesInUse = typesInUse;
+        session.trace = startOfTraces();
+        findDescription(0, 0);
+        resetTestCounts();
+        const std::size_t first = std::min(text.find('|'), text.size());
+        return accountHere([&] {
+            readTraceFile(session, write("x.tio", text.substr(0, first)));
+            if (first < text.size()) {
+                readTraceFile(session, write("x.tio", text.substr(first + 1)));
+            }
+        });
+    }
+
+    static Service& service() { return loadedDescriptions()[0]->services[0]; }
+
+    TraceSession session;
+    const CoverageOptions options;
+    std::uint16_t typesInUse = 0xfff;
+};
+
+const std::string partA = "FT 36\nDC 7\n";
+const std::string partB = "FT 26\nDC 7\n";
+const std::string missing =
+    "INFO: Parts of traces do not match any listed FDC files; such parts are ignored\n";
+
+TEST_F(TraceTest, TheStateDecidesWhichHitsCount) {
+    const std::pair<std::string, std::uint32_t> rows[] = {
+        {partA + "TP 0\n", 1},
+        {partA + "TP 0\nTP 0\n", 1},
+        {"CO\n" + partA + "TP 0 2\nTP 0 01\n", 18},
+        {"CO\n" + partA + "TP 0 2\nNT\nTP 0\n", 1}, // counts end with the test, the part goes on
+        {partA + "TP 0", 0},                        // without its end it is no line
+        {"NT \"no\"\n" + partA + "TP 0\n", 0},
+        {partA + "NT \"no\"\n|TP 0\n", 1}, // the part goes on in the next trace, which starts recording
+        {"CO\n" + partA + "|TP 0 2\n", 2},
+        {"NT \"no\"\nCO\nDC\nXX\n\nFT\nTP\nDT\nNT \"yes\"\n" + partA + "TP 0\n", 1},
+        {partB + "TP\nTP 0\nDC\nXX\n \nDT x\nCO\n" + partA + "TP 0\n", 1},
+        {partB + "NT \"no\"\nNT\nTP 0\n" + partA + "TP 0\n", 1}}; // into b.c, as a test starts recording
+    for (const auto& [trace, hits] : rows) {
+        EXPECT_EQ(accountOfRun(trace), "") << trace;
+        EXPECT_EQ(service().entry->testHits, hits) << trace;
+    }
+}
+
+TEST_F(TraceTest, RunTimeErrorsAndUnknownPartsAreTold) {
+    const std::string error = "WARNING: Error detected during execution:\n-> ";
+    const std::string condition = error + "a composition of conditions ";
+    EXPECT_EQ(
+        accountOfRun("NT \"no\"\nEI 02\n" + partB + "EI 13\n" + partA + "EI 23\nEI 20\n"),
+        error +
+            "a source object was not linked with the right runtime object (check instrumentation mode)\n" +
+            condition + "evaluates in an unexpected result, contact your vendor\n" + condition +
+            "reached with an unexpected input vector, contact your vendor\n" + error +
+            "unknown error opcode\n");
+    EXPECT_EQ(accountOfRun("FT 1\nDC 7\nTP 0\nFT 36\nDC 8\nTP 0\n"), missing); // once in a run
+    EXPECT_EQ(service().entry->testHits, 0U);
+}
+
+// Hits in the form that programs write and in other forms, in and out of counted tests, more than one buffer
+// of them, compared with plain sums.
+TEST_F(TraceTest, HitsAddUpInWhateverForm) {
+    std::mt19937 random{20240607};
+    const std::string keywords[] = {"TP ", "TA ", "TB ", "TE "};
+    const std::string ids[] = {"0", "0", "0", "00", "00000000", " 0", "0 ", "0 9", "0 9 9"};
+    const std::string counts[] = {"1", "A", "a0", "ffffff70", " 2 ", "3 x"};
+    std::string trace = "NT\n" + partA;
+    std::array<std::uint32_t, 4> sums{};
+    bool counted = false;
+    for (std::uint32_t i = 0; i < 60000; ++i) {
+        if (random() % 5000 == 0) {
+            counted = random() % 2 == 0;
+            trace += counted ? "NT\nCO\n" : "NT\n";
+        }
+        const std::size_t kind = random() % 4;
+        const std::string count = counts[random() % 6];
+        trace += keywords[kind] + (counted ? "0 " + count : ids[random() % 9]) +
+                 (random() % 9 == 0 ? "\r\n" : "\n");
+        constexpr std::uint32_t values[] = {1, 10, 10, 0x07ffffff, 2, 3};
+        const std::uint64_t sum =
+            std::uint64_t{sums[kind]} + values[std::find(counts, counts + 6, count) - counts];
+        sums[kind] = counted ? static_cast<std::uint32_t>(std::min<std::uint64_t>(sum, mostHits)) : 1;
+    }
+    EXPECT_EQ(accountOfRun(trace), "");
+    EXPECT_EQ((std::array{service().entry->testHits, service().calls[0].item.testHits,
+                          service().blocks[0].item.testHits, service().conditions[0].item.testHits}),
+              sums);
+}
+
+TEST_F(TraceTest, EveryFaultHasItsMessage) {
+    const std::string opcode = fatalAccount("Unknown opcode in trace file x.tio");
+    const std::string outside =
+        fatalAccount("Incorrect traces in x.tio (branch hit outside of any file-part)");
+    const std::string noDc = fatalAccount("DC line missing after FT line in TIO file x.tio");
+    const std::string noValue = fatalAccount("Null pointer for value while reading file x.tio");
+    const std::string badNumber = fatalAccount("Bad hexadecimal number while reading file x.tio");
+    const std::string overflow =
+        "ERROR: Number overflow while reading file x.tio\n" +
+        fatalAccount(
+            "Maybe this Coverage Trace file has been generated using an older version of the Deplonix");
+    const std::string noId =
+        fatalAccount("Cannot find instrumentation ID for specified trace in FDC file loaded.fdc");
+    const std::string invalid = "ERROR: x.tio is not a valid Code Coverage trace file\n";
+    const std::pair<std::string, std::vector<std::string>> rows[] = {
+        {opcode, {"DC 7\n", "XX\n", "tp 0\n", "TP1 0\n", "\n", "  \n"}},
+        {outside, {"TP 0\n", "TE\n"}},
+        {missing + outside, {"FT 1\nDC 7\nNT\nTB 0\n"}},
+        {fatalAccount("No DC line in TIO file x.tio"), {"FT 36\n", "FT 36\nDC 7"}},
+        {noDc, {"FT 36\nTP 0\n", "FT 36\n\nDC 7\n"}},
+        {noValue, {"FT\nDC 7\n", "FT 36\nDC\n", partA + "TB\n", "CO\n" + partA + "TP 0\n", "EI\n"}},
+        // Without its closing quote a text is read as a number.
+        {badNumber, {"FT 3g\n", partA + "TA 0x\n", "NT \"a\" 1 g\n", "NT \"a\n", "DT \"a\n", "DT x\n"}},
+        {overflow, {partA + "TE 000000001\n", "DT 123456789\n"}},
+        {noId, {partA + "TP 1\n", partA + "TA 1\n", partA + "TB 1\n", partA + "TE 1\n"}},
+        {invalid, {std::string("\0\nXX\n", 5), partA + std::string("TP\0 0\nXX\n", 9)}}};
+    for (const auto& [account, traces] : rows) {
+        for (const std::string& trace : traces) {
+            EXPECT_EQ(accountOfRun(trace), account) << trace;
+            if (trace.starts_with(partA)) { // the same among other hits
+                const std::string hit = "TP 0\n";
+                const std::string fault = trace.substr(partA.size());
+                EXPECT_EQ(accountOfRun(partA + hit + fault + hit + hit + hit + hit + hit), account) << trace;
+            }
+        }
+    }
+    const std::string nothing = path("nothing.tio");
+    EXPECT_EQ(accountHere([&] { readTraceFile(session, nothing); }),
+              fatalAccount("Cannot open trace file nothing.tio"));
+}
+
+TEST_F(TraceTest, TestsHaveNamesNumbersAndDates) {
+    const struct {
+        std::string lines, test, date;
+        std::int32_t number;
+        std::size_t seen;
+    } rows[] = {{"NT\nDT \"a date\" rest\n", "#", "a date", -1, 1},
+                {"NT \"a \\\"b\\\\\" 01 2\nDT f1\n", "a \"b\\", dateText(31), 16, 1},
+                {"NT 01\nDT \"a\\\"b\"\n", "01", "a", 16, 0}, // the date ends at its first quote
+                {"NT \"\" A\nDT \"a\"\nDT\n", "A", "", 10, 0},
+                {"NT ffffffff 1\nDT ffffffff\n", "#", "", -1, 1},
+                {"NT \"a\"\r\nDT 0\r\n", "a", "", -1, 1},
+                {"NT \n", "", "", 0, 0}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(accountOfRun(row.lines), "") << row.lines;
+        EXPECT_EQ(nameText(session.trace.currentTest), row.test) << row.lines;
+        EXPECT_EQ(nameText(session.trace.testDate), row.date) << row.lines;
+        EXPECT_EQ(session.currentTestNumber, row.number) << row.lines;
+        EXPECT_EQ(session.seenTests.nodes.size(), row.seen) << row.lines;
+        EXPECT_TRUE(session.testOpen);
+    }
+}
+
+TEST_F(TraceTest, HitsAreRecordedForTypesInUse) {
+    const std::pair<std::string, std::uint16_t> rows[] = {
+        {"TP", 0x003}, {"TA", 0x004}, {"TB", 0x0e8}, {"TE", 0x500}};
+    for (const auto& [keyword, types] : rows) {
+        for (typesInUse = 1; typesInUse <= 0x800; typesInUse = static_cast<std::uint16_t>(typesInUse << 1)) {
+            EXPECT_EQ(accountOfRun(partA + keyword + " 0\n"), "");
+            std::uint32_t hits = 0;
+            forEachItem(service(), [&](const HitRecord& record, std::uint16_t) { hits += record.testHits; });
+            EXPECT_EQ(hits, (typesInUse & types) != 0 ? 1U : 0U) << keyword << typesInUse;
+        }
+    }
+}
+
+// A line that the cut leaves without its end is none; a NUL byte ends the text of its line.
+TEST_F(TraceTest, TracesCutOrWithANulAnywhereEndAsDocumented) {
+    const std::string text =
+        "NT \"a\" 1 2\nDT \"d\"\nCO\n" + partA + "TP 0 1\nEI 1\nTA 0 1\nTB 0 1\nTE 0 1\nTE 0 1\n";
+    const std::string warning = "WARNING: Error detected during execution:\n-> unknown error opcode\n";
+    for (std::size_t at = 0; at + 1 < text.size(); ++at) {
+        const std::size_t lineStart = text.substr(0, at).rfind('\n') + 1; // 0 when there is none
+        const std::string keyword = text.substr(lineStart, 2);
+        const std::string before = lineStart > text.find("EI") ? warning : "";
+        EXPECT_EQ(accountOfRun(text.substr(0, at)),
+                  before + (keyword == "DC" ? fatalAccount("No DC line in TIO file x.tio") : ""))
+            << at;
+
+        std::string withNul = text;
+        withNul[at] = '\0';
+        std::string end = fatalAccount("Null pointer for value while reading file x.tio");
+        if (at < lineStart + 3) {
+            end = keyword == "DC" ? fatalAccount("DC line missing after FT line in TIO file x.tio")
+                                  : "ERROR: x.tio is not a valid Code Coverage trace file\n";
+        } else if (keyword == "NT" || keyword == "DT") {
+            end = warning; // these fields may be absent
+        }
+        EXPECT_EQ(accountOfRun(withNul), before + end) << at;
+    }
+}
+
+} // namespace
+} // namespace veldacov::test
