@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <string>
 #include <string_view>
 
@@ -44,13 +43,24 @@ Outcome outcomeOf(Call call) {
     return outcome;
 }
 
+// Replaces, on every line that has `mark`, all from the start of the line through the mark.
+inline std::string replacedThrough(std::string text, const std::string& mark, const std::string& instead) {
+    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
+        const std::size_t start = text.rfind('\n', at) + 1; // 0 on the first line
+        text.replace(start, at + mark.size() - start, instead);
+    }
+    return text;
+}
+
 // A call's messages without product and executable, then the exit status if it ended the program:
 // "WARNING: text\nFATAL ERROR: text\n[7]".
 template <typename Call>
 std::string accountOf(Call call) {
-    static const std::regex head("[^\n]* - ((INFO|WARNING|ERROR|FATAL ERROR|INTERNAL ERROR): )");
     const Outcome outcome = outcomeOf(call);
-    std::string account = std::regex_replace(outcome.messages, head, "$1");
+    std::string account = outcome.messages;
+    for (const std::string kind : {"INFO: ", "WARNING: ", "ERROR: ", "FATAL ERROR: ", "INTERNAL ERROR: "}) {
+        account = replacedThrough(account, " - " + kind, kind);
+    }
     if (outcome.status != ExitStatus::Normal) {
         account += "[" + std::to_string(static_cast<int>(outcome.status)) + "]";
     }

@@ -1,5 +1,6 @@
 // The measure database: its bytes over several runs, damaged files, and its lock.
 
+#include <chrono>
 #include <csignal>
 #include <thread>
 #include <vector>
@@ -39,20 +40,24 @@ protected:
 
     // Writes a measure; gives what was shown, behind "! " when an error was reported, without prefix and root.
     std::string writeShowing(std::uint32_t key, std::uint32_t time, const Words& values) const {
-        static const std::regex prefix("[^\n]* - Test Process Monitor: ");
         bool failed = false;
         const std::string shown = accountHere([&] { failed = writeMeasure("M", key, time, values); });
-        return (failed ? "! " : "") + std::regex_replace(shown, prefix, "");
+        return (failed ? "! " : "") + replacedThrough(shown, " - Test Process Monitor: ", "");
     }
 
-    // Calls `action` from another thread once the writer waits for the lock.
+    // Calls `action` from another thread once the writer waits for the lock (or does not, for a long time).
     template <typename Action>
     static std::thread onceWaiting(Action action) {
         return std::thread([action] {
+            const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
             struct sigaction handling {};
             while (::sigaction(SIGINT, nullptr, &handling) == 0 && handling.sa_handler == SIG_DFL) {
+                if (std::chrono::steady_clock::now() > latest) {
+                    return;
+                }
                 std::this_thread::yield();
             }
+            std::this_thread::sleep_for(std::chrono::milliseconds(20)); // so that it waits indeed
             action();
         });
     }
