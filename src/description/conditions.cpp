@@ -425,8 +425,8 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
 }
 
 void computeModifiedConditionHits() {
-    // A pair becomes complete in a test only by a hit of that test. Counting may add to the services hit.
-    for (const std::vector<Service*> services = servicesHitInTest(); Service * service : services) {
+    for (Service* service :
+         servicesHitInTest()) { // a pair becomes complete in a test only by a hit of that test
         proveConditions(*service);
     }
     for (const ProvenCondition& proven : provenConditions()) {

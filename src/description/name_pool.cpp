@@ -42,9 +42,10 @@ NameEntry* internName(std::string_view text) {
     if (const auto known = bucket.find(text); known != bucket.end()) {
         return known->second;
     }
-    NameEntry& entry = pool.entries.emplace_back(NameEntry{pool.texts.keep(text), 0});
-    bucket.emplace(entry.text, &entry);
-    return &entry;
+    pool.entries.push_back({pool.texts.keep(text), 0});
+    NameEntry* entry = &pool.entries.back();
+    bucket.emplace(entry->text, entry);
+    return entry;
 }
 
 std::uint32_t addNameCount(NameCountList& list, const NameEntry* name) {
