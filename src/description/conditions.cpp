@@ -324,7 +324,7 @@ void proveConditions(Service& service) {
         for (ModifiedCondition& modified : composition.modifiedConditions) {
             if (!modified.proven && std::any_of(modified.pairs.begin(), modified.pairs.end(), pairIsHit)) {
                 modified.proven = true;
-                provenConditions().push_back({&service, &modified});
+                provenConditions().all.push_back({&service, &modified});
             }
         }
     }
@@ -425,12 +425,13 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
 }
 
 void computeModifiedConditionHits() {
-    for (Service* service :
-         servicesHitInTest()) { // a pair becomes complete in a test only by a hit of that test
+    for (Service* service : takeServicesWithFirstHits()) { // only a first hit completes a pair
         proveConditions(*service);
     }
-    for (const ProvenCondition& proven : provenConditions()) {
-        countHit(*proven.service, *proven.condition, type::modifiedConditions, 1, Counting::Replace);
+    ProvenConditions& proven = provenConditions();
+    for (; proven.countedInTest < proven.all.size(); ++proven.countedInTest) {
+        const ProvenCondition& next = proven.all[proven.countedInTest];
+        countHit(*next.service, *next.condition, type::modifiedConditions, 1, Counting::Replace);
     }
 }
 

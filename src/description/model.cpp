@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 #include "support/machine.h"
 
@@ -18,7 +19,8 @@ struct ModelState {
     std::vector<Service*> servicesHit;       // in the current test
     std::vector<HitRecord*> recordsHit;      // with test hits to reset
     std::vector<std::uint8_t*> marksSet;     // of plain hits, to reset
-    std::vector<ProvenCondition> proven;
+    std::vector<Service*> servicesWithFirstHits;
+    ProvenConditions proven;
 };
 
 ModelState& model() {
@@ -284,6 +286,10 @@ void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, s
     if ((record.flags & everHit) == 0) {
         countCovered(service.globalCovered, coverageType);
         record.flags |= everHit;
+        if (!service.hasFirstHits) {
+            service.hasFirstHits = true;
+            model().servicesWithFirstHits.push_back(&service);
+        }
     }
     record.flags |= hitFlag;
     if (counting == Counting::Accumulate) {
@@ -302,7 +308,15 @@ const std::vector<Service*>& servicesHitInTest() {
     return model().servicesHit;
 }
 
-std::vector<ProvenCondition>& provenConditions() {
+std::vector<Service*> takeServicesWithFirstHits() {
+    std::vector<Service*> services = std::exchange(model().servicesWithFirstHits, {});
+    for (Service* service : services) {
+        service->hasFirstHits = false;
+    }
+    return services;
+}
+
+ProvenConditions& provenConditions() {
     return model().proven;
 }
 
@@ -318,6 +332,7 @@ void resetTestCounts() {
         *mark = 0;
     }
     model().marksSet.clear();
+    model().proven.countedInTest = 0;
     model().recordsHit.clear();
     model().servicesHit.clear();
 }

@@ -157,6 +157,7 @@ struct Service {
     std::vector<Composition> compositions;
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
+    bool hasFirstHits = false;       // stands in the list of takeServicesWithFirstHits
     bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
     std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
     // First place of each condition identifier, filled while conditions do not come in ascending order of
@@ -184,8 +185,8 @@ struct ItemIndex {
     std::unordered_map<std::uint32_t, std::vector<ItemPlace>> repeated;
 };
 
-// Hits kept for the cleaned trace: count by identifier for one hit keyword. It exists from its first hit to
-// the next write. Only entries that were hit are stored, whatever size the table has grown to.
+// Hits kept for the cleaned trace, for one hit keyword. What is kept goes with each write; the room of a described
+// file's table stays.
 struct BranchHitTable {
     std::vector<std::uint8_t> isKept;   // of a described file: 1 for every item that was hit
     std::vector<std::uint32_t> idsKept; // the identifiers of these items
@@ -257,12 +258,19 @@ void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint
 
 // The services that were hit in the current test, each once, in the order of their first hits.
 const std::vector<Service*>& servicesHitInTest();
-// The modified conditions proven so far, with their services.
+// The services that have had an item hit for the first time since the last call, each once.
+std::vector<Service*> takeServicesWithFirstHits();
+
+// The modified conditions proven so far, with their services, and how many of them the current test has counted.
 struct ProvenCondition {
     Service* service = nullptr;
     ModifiedCondition* condition = nullptr;
 };
-std::vector<ProvenCondition>& provenConditions();
+struct ProvenConditions {
+    std::vector<ProvenCondition> all;
+    std::size_t countedInTest = 0;
+};
+ProvenConditions& provenConditions();
 
 // Zeroes what was counted for the current test. Costs what the test touched.
 void resetTestCounts();

@@ -107,7 +107,7 @@ void expandInputFile(const std::string& value, std::vector<std::string>& inputFi
 }
 
 // One selection option: where its names go, and what is said about them.
-struct Selection {
+struct SelectionOption {
     const char* option;
     NameCountList CoverageOptions::*list;
     std::uint32_t mark;
@@ -132,7 +132,7 @@ bool hasTests(const CoverageOptions& options) {
 }
 
 // In the order of their warnings, all of the context "User Warning".
-constexpr std::array<Selection, 6> selections = {{
+constexpr std::array<SelectionOption, 6> selections = {{
     {"FILE", &CoverageOptions::fileList, mark::file, selection::allFiles, hasFiles,
      QT_TRANSLATE_NOOP("User Warning",
                        "Use of -SUMMARY=CONCLUSION and -FILE is inconsistent, -FILE is ignored"),
@@ -172,7 +172,7 @@ struct SelectedName {
     std::string interned;
 };
 
-SelectedName nameOf(const Selection& selection, const std::string& value) {
+SelectedName nameOf(const SelectionOption& selection, const std::string& value) {
     if (selection.pathIgnored == nullptr) {
         return {value, value};
     }
@@ -184,7 +184,7 @@ SelectedName nameOf(const Selection& selection, const std::string& value) {
     return {base, duplicateUpper(base)};
 }
 
-void select(const Selection& selection, CoverageOptions& options) {
+void select(const SelectionOption& selection, CoverageOptions& options) {
     const Given option(selection.option);
     if (!option) {
         return;
@@ -240,7 +240,7 @@ bool analyseCommandLine(std::vector<std::string> words, CoverageOptions& options
     }
     options.listingRequested = static_cast<bool>(Given("LISTING"));
     options.listingDirectory = Given("LISTING").value();
-    for (const Selection& selection : selections) {
+    for (const SelectionOption& selection : selections) {
         select(selection, options);
     }
     options.cioFile = Given("CIO").value();

@@ -70,8 +70,11 @@ Language reportLanguage() {
     return reportInFrench() ? Language::French : Language::English;
 }
 
-OutputFile createOutput(const std::string& name, const QString& failure) {
-    OutputFile out(platform::createForWriting(name), name);
+OutputFile createOutput(const CoverageOptions& options, const std::string& name, const QString& failure) {
+    OutputFile out;
+    if (!isInputFile(options, name)) {
+        out = OutputFile(platform::createForWriting(name), name);
+    }
     if (!out.isOpen()) {
         fatalError(filled(failure, {name}));
     }
@@ -79,17 +82,17 @@ OutputFile createOutput(const std::string& name, const QString& failure) {
 }
 
 void writeReport(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out =
-        options.outputFile
-            ? createOutput(*options.outputFile, translate("Fatal Error", "Cannot create output file %1"))
-            : standardOutput();
+    OutputFile out = options.outputFile
+                         ? createOutput(options, *options.outputFile,
+                                        translate("Fatal Error", "Cannot create output file %1"))
+                         : standardOutput();
     runCoverageReport(out, traceFiles, options, reportLanguage(), writeCoverageMeasures);
     out.finish();
 }
 
 void writeFlow(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out =
-        createOutput(*options.flowFile, translate("Fatal Error", "Cannot create flow output file %1"));
+    OutputFile out = createOutput(options, *options.flowFile,
+                                  translate("Fatal Error", "Cannot create flow output file %1"));
     writePathTrace(out, traceFiles, options, reportLanguage());
     out.finish();
 }

@@ -1,6 +1,5 @@
 #include "outputs/TPM_Write_CommandLine.h"
 
-#include <array>
 #include <new>
 #include <optional>
 #include <string_view>
@@ -169,6 +168,17 @@ private:
     platform::Descriptor file_;
 };
 
+// Writes a record at the end of the database; gives how much of it went out. A part of a record does not stay: the next
+// run looks for the totals in the last bytes of the file.
+std::size_t writeRecord(const platform::Descriptor& database, std::uint64_t offset,
+                        const std::string& record) {
+    const std::size_t written = platform::writeAt(database.number(), offset, record);
+    if (written < record.size()) {
+        platform::cutFile(database.number(), offset);
+    }
+    return written;
+}
+
 // Starts a database: the first record's totals are its values. A missing index file is created behind the
 // record, or a run that is killed in between would leave an index that no record can be found with.
 bool createDatabase(Measure& measure) {
@@ -182,7 +192,7 @@ bool createDatabase(Measure& measure) {
     }
     const std::uint64_t offset = lengthOf(database);
     const std::string record = recordBytes(measure);
-    const std::size_t written = platform::writeAt(database.number(), offset, record);
+    const std::size_t written = writeRecord(database, offset, record);
     if (written < entrySize) {
         return problem(translate("Error", "Unable to write in DataBase file"));
     }
@@ -272,7 +282,7 @@ std::optional<std::uint64_t> appendRecord(const Measure& measure) {
     }
     const std::uint64_t offset = lengthOf(database);
     const std::string record = recordBytes(measure);
-    if (platform::writeAt(database.number(), offset, record) < record.size()) {
+    if (writeRecord(database, offset, record) < record.size()) {
         problem(translate("Error", "Unable to update DataBase file"));
         return std::nullopt;
     }
@@ -303,13 +313,23 @@ bool updateDatabase(Measure& measure) {
     return index.close() || problem(translate("Error", "Unable to close Index file"));
 }
 
+// Runs the update; memory that runs out is a problem of the database, and the lock is released all the same.
+bool update(Measure& measure) {
+    const RefusalIsHandled here;
+    try {
+        const bool hasIndex = platform::openForUpdate(measure.indexFile).isOpen();
+        return hasIndex ? updateDatabase(measure) : createDatabase(measure);
+    } catch (const std::bad_alloc&) {
+        return problem(translate("Error", "Unable to allocate memory"));
+    }
+}
+
 bool updateUnderLock(Measure& measure) {
     DatabaseLock lock(measure.lockFile);
     if (!lock.take()) {
         return false;
     }
-    const bool hasIndex = platform::openForUpdate(measure.indexFile).isOpen();
-    const bool done = hasIndex ? updateDatabase(measure) : createDatabase(measure);
+    const bool done = update(measure);
     return lock.release() && done;
 }
 

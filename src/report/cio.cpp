@@ -175,7 +175,9 @@ void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
 void openCio(const TraceSession& session) {
     const std::string& name = *session.options->cioFile;
     cio = {};
-    cio.out = OutputFile(platform::createForWriting(name), name);
+    if (!isInputFile(*session.options, name)) {
+        cio.out = OutputFile(platform::createForWriting(name), name);
+    }
     if (!cio.out.isOpen()) {
         fatalError(filled(
             translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"), {name}));

@@ -13,7 +13,7 @@
 
 namespace veldacov {
 
-// Creates the file, a failure is a fatal error, and takes stock of the selected services.
+// Creates the file, a failure is a fatal error.
 void openCio(const TraceSession& session);
 // The block of the test that ends; a test without a number is a fatal error.
 void writeCioTestBlock(const TraceSession& session);

@@ -112,7 +112,9 @@ void forgetHits(FileDescription& part) {
 
 void openCleanedTrace(TraceSession& session) {
     const std::string& name = *session.options->cleanFile;
-    session.cleanStream = OutputFile(platform::createForWriting(name), name);
+    if (!isInputFile(*session.options, name)) { // reading what is being written would never end
+        session.cleanStream = OutputFile(platform::createForWriting(name), name);
+    }
     if (!session.cleanStream.isOpen()) {
         fatalError(filled(
             translate("Fatal Error", "Cannot write to file %1", "%1 is the name of the cleaned tio file"),
