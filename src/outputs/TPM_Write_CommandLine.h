@@ -24,7 +24,7 @@ void writeCoverageMeasures(const CoverageOptions& options);
 
 // Adds one record; `time` is in seconds since 1970, 0 for now. True when an error was shown. Waits as long as
 // another process holds the lock, until an interrupt.
-bool writeMeasure(const std::string& measure, std::uint32_t key, std::uint32_t time,
+bool writeMeasure(const std::string& name, std::uint32_t key, std::uint32_t time,
                   std::span<const std::uint32_t> values);
 
 } // namespace veldacov

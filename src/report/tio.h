@@ -125,13 +125,13 @@ std::string_view keywordOf(ItemKind kind);
 namespace detail {
 
 // Kind of a hit by the second letter of its keyword.
-inline constexpr std::array<std::int8_t, 256> kindOfLetter = [] {
-    std::array<std::int8_t, 256> kinds{};
+inline constexpr std::array<std::int16_t, 256> kindOfLetter = [] {
+    std::array<std::int16_t, 256> kinds{};
     kinds.fill(-1);
     for (const auto& [letter, kind] :
          {std::pair{'P', ItemKind::Procedure}, std::pair{'A', ItemKind::Call},
           std::pair{'B', ItemKind::Block}, std::pair{'E', ItemKind::Condition}}) {
-        kinds[static_cast<unsigned char>(letter)] = static_cast<std::int8_t>(kind);
+        kinds[static_cast<unsigned char>(letter)] = static_cast<std::int16_t>(kind);
     }
     return kinds;
 }();

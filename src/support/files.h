@@ -48,12 +48,12 @@ bool readRawLine(InputFile& input, std::string_view& line);
 std::optional<char> readCharacter(InputFile& input);
 
 // The value of each character as a hexadecimal digit in either case, -1 for others.
-inline constexpr std::array<std::int8_t, 256> hexDigitValues = [] {
-    std::array<std::int8_t, 256> values{};
+inline constexpr std::array<std::int16_t, 256> hexDigitValues = [] {
+    std::array<std::int16_t, 256> values{};
     values.fill(-1);
-    for (std::uint8_t digit = 0; digit < 16; ++digit) {
-        values[static_cast<unsigned char>("0123456789abcdef"[digit])] = static_cast<std::int8_t>(digit);
-        values[static_cast<unsigned char>("0123456789ABCDEF"[digit])] = static_cast<std::int8_t>(digit);
+    for (std::size_t digit = 0; digit < 16; ++digit) {
+        values[static_cast<unsigned char>("0123456789abcdef"[digit])] = static_cast<std::int16_t>(digit);
+        values[static_cast<unsigned char>("0123456789ABCDEF"[digit])] = static_cast<std::int16_t>(digit);
     }
     return values;
 }();
