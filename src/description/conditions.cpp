@@ -282,6 +282,9 @@ void pairTableCases(Composition& composition, const CasePlaces& places) {
         return; // no pair without a true and a false case
     }
     const CaseMasks masks = masksOf(composition);
+    if (masks.planes == 0) {
+        return; // one character besides X: no two cases differ
+    }
     if (!masks.anyDontCare && masks.planes == 1 && masks.words == 1) {
         pairByLookup(composition, masks, places);
     } else {

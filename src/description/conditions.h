@@ -24,9 +24,9 @@ namespace veldacov {
 void readComposition(Line& line, FileDescription& description, Service* service, std::uint32_t id,
                      std::string_view fileName);
 
-// Fills the modified conditions of a composition whose cases stand in the service. A table without
-// don't-cares costs n look-ups per true case, a table with them one comparison per pair of a true and a false
-// case, an expression n steps per case.
+// Fills the modified conditions of a composition whose cases stand in the service. A table of two characters and
+// up to 64 conditions costs n look-ups per true case, another table one comparison per pair of a true and a false
+// case, an expression n steps per 64 cases.
 void computeModifiedConditions(Service* service, Composition* composition);
 
 // Evaluates an expression for all cases 0 to caseCount-1: bit c of the words is the outcome of case c. A

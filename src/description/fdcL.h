@@ -15,8 +15,8 @@
 //   CC 3 2 0 2 4 A..                  composition of conditions of the service above (conditions.h)
 //   DC 123 456                        checksum, optional file key; ends the section
 //
-// Numbers are decimal. Behind a DC line anything may stand; a further section starts where the text "/RIK"
-// between two "@" is on a line that a VE line follows.
+// Numbers are decimal. Behind a DC line anything may stand; a further section starts with a VE line right
+// behind a line that holds the text "/RIK" while the number of "@" since the DC line is odd.
 
 #include <cstdint>
 #include <string>

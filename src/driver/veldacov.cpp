@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -142,6 +143,10 @@ int main(int argumentCount, char** arguments) {
     setProductIdentity(translate("ULMOIdent", "Norvik"), QStringLiteral("veldacov"));
     const std::vector<std::string> words(arguments, arguments + argumentCount);
     versionEntry(words);
-    run(words);
+    try {
+        run(words);
+    } catch (const std::bad_alloc&) {
+        memoryExhausted();
+    }
     return static_cast<int>(ExitStatus::Normal);
 }

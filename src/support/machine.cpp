@@ -77,12 +77,6 @@ void runLastWrites() {
     }
 }
 
-void onMemoryExhausted() {
-    std::set_new_handler(nullptr); // a second refusal, while the message is built, ends in std::bad_alloc
-    memoryReserve.reset();
-    fatalError(translate("Fatal Error", "No memory left", "program failed on memory allocation"));
-}
-
 } // namespace
 
 QString translate(const char* context, const char* source, const char* comment) {
@@ -159,9 +153,15 @@ QString getProductName() {
     return identity().productName;
 }
 
+void memoryExhausted() {
+    std::set_new_handler(nullptr); // a second refusal, while the message is built, ends in std::bad_alloc
+    memoryReserve.reset();
+    fatalError(translate("Fatal Error", "No memory left", "program failed on memory allocation"));
+}
+
 void installMemoryGuard() {
     memoryReserve = std::make_unique<char[]>(memoryReserveSize);
-    std::set_new_handler(onMemoryExhausted);
+    std::set_new_handler(memoryExhausted);
 }
 
 RefusalIsHandled::RefusalIsHandled() : before_(std::set_new_handler(nullptr)) {}

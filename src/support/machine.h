@@ -63,6 +63,8 @@ QString getProductName();
 // Makes a request for memory that the system refuses the fatal error "No memory left". Requests that
 // handle a refusal themselves hold a RefusalIsHandled meanwhile.
 void installMemoryGuard();
+// The same end for a refusal that arrives as an exception: the toolkit's strings throw past the guard.
+[[noreturn]] void memoryExhausted();
 class RefusalIsHandled {
 public:
     RefusalIsHandled();
