@@ -22,6 +22,7 @@
 #include "outputs/TPM_Write_CommandLine.h"
 #include "outputs/flow.h"
 #include "outputs/listing.h"
+#include "report/output_files.h"
 #include "report/report.h"
 #include "support/machine.h"
 #include "support/output.h"
@@ -69,17 +70,6 @@ void analyse(const std::vector<std::string>& words, CoverageOptions& options) {
 
 Language reportLanguage() {
     return reportInFrench() ? Language::French : Language::English;
-}
-
-OutputFile createOutput(const CoverageOptions& options, const std::string& name, const QString& failure) {
-    OutputFile out;
-    if (!isInputFile(options, name)) {
-        out = OutputFile(platform::createForWriting(name), name);
-    }
-    if (!out.isOpen()) {
-        fatalError(filled(failure, {name}));
-    }
-    return out;
 }
 
 void writeReport(const TraceFileList& traceFiles, const CoverageOptions& options) {

@@ -4,9 +4,7 @@
 #include <string>
 #include <unordered_set>
 
-#include "support/files.h"
 #include "support/machine.h"
-#include "support/platform.h"
 
 namespace veldacov {
 
@@ -56,12 +54,6 @@ bool typesFit(const CoverageOptions& options) {
 }
 
 } // namespace
-
-bool isInputFile(const CoverageOptions& options, const std::string& name) {
-    return fileExists(name) &&
-           std::any_of(options.inputFiles.begin(), options.inputFiles.end(),
-                       [&](const std::string& input) { return platform::isSameFile(input, name); });
-}
 
 bool GetFileAuth(const NameEntry* sourceName, const CoverageOptions& options) {
     return isSelected(sourceName, mark::file, mark::exFile,

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "report/output_files.h"
 #include "report/rates.h"
 #include "support/files.h"
 #include "support/machine.h"
@@ -173,15 +174,10 @@ void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
 } // namespace
 
 void openCio(const TraceSession& session) {
-    const std::string& name = *session.options->cioFile;
     cio = {};
-    if (!isInputFile(*session.options, name)) {
-        cio.out = OutputFile(platform::createForWriting(name), name);
-    }
-    if (!cio.out.isOpen()) {
-        fatalError(filled(
-            translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"), {name}));
-    }
+    cio.out =
+        createOutput(*session.options, *session.options->cioFile,
+                     translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"));
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "report/output_files.h"
 #include "support/machine.h"
 
 namespace veldacov {
@@ -111,15 +112,9 @@ void forgetHits(FileDescription& part) {
 }
 
 void openCleanedTrace(TraceSession& session) {
-    const std::string& name = *session.options->cleanFile;
-    if (!isInputFile(*session.options, name)) { // reading what is being written would never end
-        session.cleanStream = OutputFile(platform::createForWriting(name), name);
-    }
-    if (!session.cleanStream.isOpen()) {
-        fatalError(filled(
-            translate("Fatal Error", "Cannot write to file %1", "%1 is the name of the cleaned tio file"),
-            {name}));
-    }
+    session.cleanStream = createOutput(
+        *session.options, *session.options->cleanFile,
+        translate("Fatal Error", "Cannot write to file %1", "%1 is the name of the cleaned tio file"));
 }
 
 } // namespace

@@ -52,7 +52,4 @@ struct CoverageOptions {
     std::optional<std::string> flowFile;
 };
 
-// Whether an output's name is that of a file to be read: writing it would destroy what the run needs.
-bool isInputFile(const CoverageOptions& options, const std::string& name);
-
 } // namespace veldacov
