@@ -103,7 +103,8 @@ class CasePlaces {
 public:
     CasePlaces(const Service& service, const Composition& composition)
         : service_(service), composition_(composition),
-          firstId_(service.conditions[composition.firstCase].item.id), inStep_(service.conditionsAscend) {}
+          firstId_(service.conditions[composition.firstCase].id),
+          inStep_(service.conditionPlaces == nullptr) {}
 
     [[nodiscard]] std::uint32_t operator()(std::uint64_t caseNumber) const {
         if (inStep_) {
@@ -310,18 +311,19 @@ void appendCases(Service& service, Composition& composition, std::uint32_t id, s
     }
     ConditionEntry entry;
     entry.kind = ConditionKind::Case;
-    entry.item.startLine = startLine;
-    entry.item.endLine = endLine;
+    entry.service = service.place;
+    entry.startLine = startLine;
+    entry.endLine = endLine;
     for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
-        entry.item.id = id + i; // wraps as identifiers do
-        appendCondition(service, entry);
+        entry.id = id + i; // wraps as identifiers do
+        appendConditions(service, {&entry, 1});
     }
 }
 
 // Finds the modified conditions of a service that have come to be covered.
 void proveConditions(Service& service) {
     constexpr std::uint8_t hit = hitFlag | everHit;
-    const auto isHit = [&](std::uint32_t place) { return (service.conditions[place].item.flags & hit) != 0; };
+    const auto isHit = [&](std::uint32_t place) { return (service.conditions[place].flags & hit) != 0; };
     const auto pairIsHit = [&](const VectorPair& pair) { return isHit(pair.first) && isHit(pair.second); };
     for (Composition& composition : service.compositions) {
         for (ModifiedCondition& modified : composition.modifiedConditions) {
@@ -380,8 +382,8 @@ void readComposition(Line& line, FileDescription& description, Service* service,
     if (!frontier) {
         composition.outcomes = CalculVector(composition.cases, composition.caseCount);
     }
-    appendCases(*service, composition, id, service->conditions[first].item.startLine,
-                service->conditions[last].item.endLine);
+    appendCases(*service, composition, id, service->conditions[first].startLine,
+                service->conditions[last].endLine);
     service->counts[counter::compoundConditions] += composition.caseCount;
     description.conditionCount += composition.caseCount;
     computeModifiedConditions(service, &service->compositions.emplace_back(std::move(composition)));

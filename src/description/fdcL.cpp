@@ -26,6 +26,8 @@ struct FdcReader {
     Line line;
     std::unique_ptr<FileDescription> section;
     Service* currentService = nullptr;                     // that of the line before
+    std::vector<ConditionEntry> newConditions;             // of the current service, not yet in its list
+    std::string scratch;                                   // for names and texts with escapes
     std::unordered_map<const NameEntry*, Service*> byName; // services of the section
     DescriptionList sections;                              // finished ones, in order of appearance
     bool redundancySaid = false;
@@ -126,23 +128,36 @@ NameEntry* nextName(FdcReader& reader, const char* field) {
     return readNamedString(reader.line, field, reader.fileName);
 }
 
-// Makes the service of this name the current one; a new one is appended.
-Service& enterService(FdcReader& reader, const NameEntry* name) {
-    if (reader.currentService == nullptr || reader.currentService->name != name) {
-        std::deque<Service>& services = reader.section->services;
-        const auto [known, isNew] = reader.byName.try_emplace(name, nullptr);
-        if (isNew) {
-            Service& service = services.emplace_back();
-            service.name = name;
-            service.place = static_cast<std::uint32_t>(services.size() - 1);
-            known->second = &service;
-        }
-        reader.currentService = known->second;
+// Hands the conditions read to their service, many at a time.
+void storeConditions(FdcReader& reader) {
+    if (!reader.newConditions.empty()) {
+        appendConditions(*reader.currentService, reader.newConditions);
+        reader.newConditions.clear();
+    }
+}
+
+Service* findOrAddService(FdcReader& reader, const NameEntry* name) {
+    std::deque<Service>& services = reader.section->services;
+    const auto [known, isNew] = reader.byName.try_emplace(name, nullptr);
+    if (isNew) {
+        known->second = &services.emplace_back();
+        known->second->name = name;
+        known->second->place = static_cast<std::uint32_t>(services.size() - 1);
+    }
+    return known->second;
+}
+
+// Makes the service named next the current one; a new one is appended.
+Service& nextService(FdcReader& reader, const char* field) {
+    const std::string_view name = readNameText(reader.line, reader.scratch, field, reader.fileName);
+    if (reader.currentService == nullptr || reader.currentService->name->text != name) {
+        storeConditions(reader);
+        reader.currentService = findOrAddService(reader, internName(name));
     }
     return *reader.currentService;
 }
 
-// The lines of an item end its record; the service spans those of all its items.
+// An item of the current service. Its lines end its record; the service spans those of all its items.
 void readLines(FdcReader& reader, CoverageItem& item) {
     item.startLine = nextNumber(reader);
     item.endLine = nextNumber(reader);
@@ -151,10 +166,30 @@ void readLines(FdcReader& reader, CoverageItem& item) {
     service.lastLine = std::max(service.lastLine, item.endLine);
 }
 
-CoverageItem itemWithId(std::uint32_t id) {
-    CoverageItem item;
+template <typename Item>
+Item itemOf(const Service& service, std::uint32_t id) {
+    Item item;
     item.id = id;
+    item.service = service.place;
     return item;
+}
+
+void readEntry(FdcReader& reader, Service& service, std::uint32_t id) {
+    if (service.entry) {
+        fatalError(filled(translate("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name"),
+                          {service.name->text}));
+    }
+    auto entry = itemOf<CoverageItem>(service, id);
+    readLines(reader, entry);
+    service.entry = entry;
+    service.counts[counter::services] = 1;
+}
+
+void readExit(FdcReader& reader, Service& service, std::uint32_t id, ExitKind kind) {
+    auto exit = itemOf<ExitEntry>(service, id);
+    exit.kind = kind;
+    readLines(reader, exit);
+    reader.section->exits.push_back(exit);
 }
 
 void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
@@ -164,30 +199,22 @@ void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
     if (kind == procedureKinds.end()) {
         fileError(reader, translate("fdcL-Error", "Unknown tpr type in FDC file %1", "%1 is a file name"));
     }
-    Service& service = enterService(reader, nextName(reader, entityField));
-    CoverageItem item = itemWithId(id);
+    Service& service = nextService(reader, entityField);
     if (kind->isEntry) {
-        if (service.entry) {
-            fatalError(
-                filled(translate("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name"),
-                       {service.name->text}));
-        }
-        readLines(reader, item);
-        service.entry = item;
-        service.counts[counter::services] = 1;
+        readEntry(reader, service, id);
     } else {
-        readLines(reader, item);
-        service.exits.push_back({item, kind->exitKind});
+        readExit(reader, service, id, kind->exitKind);
     }
     ++service.counts[counter::procedureBranches];
     ++reader.section->procedureBranchCount;
 }
 
 void readCall(FdcReader& reader, std::uint32_t id) {
-    Service& service = enterService(reader, nextName(reader, callingField));
-    CallEntry call{itemWithId(id), nextName(reader, calledField)};
-    readLines(reader, call.item);
-    service.calls.push_back(call);
+    Service& service = nextService(reader, callingField);
+    auto call = itemOf<CallEntry>(service, id);
+    call.calledName = internName(readNameText(reader.line, reader.scratch, calledField, reader.fileName));
+    readLines(reader, call);
+    reader.section->calls.push_back(call);
     ++service.counts[counter::calls];
     ++reader.section->callCount;
 }
@@ -199,32 +226,35 @@ void readBlock(FdcReader& reader, std::uint32_t id) {
     if (kind == blockWords.end()) {
         fileError(reader, translate("fdcL-Error", "Unknown tb type in FDC file %1", "%1 is a file name"));
     }
-    Service& service = enterService(reader, nextName(reader, enclosingField));
+    Service& service = nextService(reader, enclosingField);
     const std::optional<std::string_view> label = next(reader);
     if (!label) {
         reportUnreadableField(labelField, reader.fileName);
     }
-    BlockEntry block{itemWithId(id), kind->kind, reader.section->texts.keep(*label)};
-    readLines(reader, block.item);
-    service.blocks.push_back(block);
+    auto block = itemOf<BlockEntry>(service, id);
+    block.kind = kind->kind;
+    block.label = reader.section->texts.keepTerminated(*label);
+    readLines(reader, block);
+    reader.section->blocks.push_back(block);
     ++service.counts[*counterOfType(typeOfBlock(kind->kind))];
     ++reader.section->blockCount;
 }
 
 void readCondition(FdcReader& reader, std::uint32_t id, ConditionKind kind) {
-    Service& service = enterService(reader, nextName(reader, enclosingField));
-    std::string scratch;
-    const std::optional<std::string_view> text = nextQuotedString(reader.line, scratch);
+    Service& service = nextService(reader, enclosingField);
+    const std::optional<std::string_view> text = nextQuotedString(reader.line, reader.scratch);
     if (!text) {
         fatalError(translate("fdcL-Assertion", "Cannot retrieve correctly basic condition text"));
     }
-    ConditionEntry condition{itemWithId(id), kind, reader.section->texts.keep(*text)};
-    readLines(reader, condition.item);
-    appendCondition(service, condition);
+    auto condition = itemOf<ConditionEntry>(service, id);
+    condition.kind = kind;
+    condition.text = reader.section->texts.keepTerminated(*text);
+    readLines(reader, condition);
+    reader.newConditions.push_back(condition);
     std::uint32_t outcomes = 1;
     if (kind == ConditionKind::Outcome) {
-        condition.item.id = id + 1; // the false outcome
-        appendCondition(service, condition);
+        condition.id = id + 1; // the false outcome
+        reader.newConditions.push_back(condition);
         ++outcomes;
     }
     service.counts[counter::basicConditions] += outcomes;
@@ -240,30 +270,36 @@ void readSingleOutcomeCondition(FdcReader& reader, std::uint32_t id) {
 }
 
 void readCompositionLine(FdcReader& reader, std::uint32_t id) {
+    storeConditions(reader);
     readComposition(reader.line, *reader.section, reader.currentService, id, reader.fileName);
 }
 
-// All bigrammes. Those without a handler belong to the frame of a section and are out of place in its body.
+// All bigrammes, the most frequent first. Those without a handler belong to the frame of a section and are out
+// of place in its body.
 struct BodyLine {
     std::string_view bigramme;
     void (*read)(FdcReader&, std::uint32_t id);
 };
-constexpr std::array<BodyLine, 11> bodyLines = {{{"VE", nullptr},
+constexpr std::array<BodyLine, 11> bodyLines = {{{"BL", readBlock},
+                                                 {"CE", readTwoOutcomeCondition},
+                                                 {"AP", readCall},
+                                                 {"PR", readProcedureBranch},
+                                                 {"CA", readSingleOutcomeCondition},
+                                                 {"CC", readCompositionLine},
+                                                 {"VE", nullptr},
                                                  {"FC", nullptr},
                                                  {"DC", nullptr},
                                                  {"FD", nullptr},
-                                                 {"TC", nullptr},
-                                                 {"PR", readProcedureBranch},
-                                                 {"AP", readCall},
-                                                 {"BL", readBlock},
-                                                 {"CE", readTwoOutcomeCondition},
-                                                 {"CA", readSingleOutcomeCondition},
-                                                 {"CC", readCompositionLine}}};
+                                                 {"TC", nullptr}}};
+
+bool isBigramme(std::string_view text, std::string_view bigramme) {
+    return text.size() == 2 && text[0] == bigramme[0] && text[1] == bigramme[1];
+}
 
 void readBodyLine(FdcReader& reader) {
     const std::string_view bigramme = next(reader).value_or(std::string_view());
     const auto kind = std::find_if(bodyLines.begin(), bodyLines.end(),
-                                   [&](const BodyLine& candidate) { return candidate.bigramme == bigramme; });
+                                   [&](const BodyLine& line) { return isBigramme(bigramme, line.bigramme); });
     std::uint32_t id = 0;
     if (kind != bodyLines.end()) {
         id = nextNumber(reader);
@@ -288,13 +324,13 @@ bool readBody(FdcReader& reader) {
     }
     reader.currentService = nullptr;
     reader.byName.clear();
+    bool more = true;
     do { // a section describes at least one item
         readBodyLine(reader);
-        if (!readLine(reader.input, reader.line)) {
-            return false;
-        }
-    } while (!startsChecksumLine(reader.line));
-    return true;
+        more = readLine(reader.input, reader.line);
+    } while (more && !startsChecksumLine(reader.line));
+    storeConditions(reader);
+    return more;
 }
 
 void readVersionLine(FdcReader& reader) {
@@ -453,6 +489,25 @@ void freeSection(std::unique_ptr<FileDescription> section) {
     }
 }
 
+// Brings the items of each service together, in line order, and shows the services where theirs stand.
+template <typename Entry>
+void groupByService(FileDescription& section, std::vector<Entry>& entries, std::span<Entry> Service::*range) {
+    const auto inServiceOrder = [](const Entry& left, const Entry& right) {
+        return left.service < right.service;
+    };
+    entries.shrink_to_fit();
+    if (!std::is_sorted(entries.begin(), entries.end(), inServiceOrder)) {
+        std::stable_sort(entries.begin(), entries.end(), inServiceOrder);
+    }
+    for (auto first = entries.begin(); first != entries.end();) {
+        const auto last = std::find_if(first, entries.end(), [service = first->service](const Entry& entry) {
+            return entry.service != service;
+        });
+        section.services[first->service].*range = std::span<Entry>(first, last);
+        first = last;
+    }
+}
+
 // Keeps the finished section for the model, unless an earlier file has supplied it.
 void keepSection(FdcReader& reader) {
     const FileDescription& section = *reader.section;
@@ -466,6 +521,9 @@ void keepSection(FdcReader& reader) {
         }
         return;
     }
+    groupByService(*reader.section, reader.section->exits, &Service::exits);
+    groupByService(*reader.section, reader.section->calls, &Service::calls);
+    groupByService(*reader.section, reader.section->blocks, &Service::blocks);
     indexItems(*reader.section);
     reader.sections.push_back(std::move(reader.section));
 }

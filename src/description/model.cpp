@@ -15,10 +15,10 @@ struct ModelState {
     // The first description of each key, and of each key with checksum.
     std::unordered_map<std::uint32_t, FileDescription*> byKey;
     std::unordered_map<std::uint64_t, FileDescription*> byKeyAndChecksum;
-    const Service* currentService = nullptr; // where the last item was found since the last findDescription
-    std::vector<Service*> servicesHit;       // in the current test
-    std::vector<HitRecord*> recordsHit;      // with test hits to reset
-    std::vector<std::uint8_t*> marksSet;     // of plain hits, to reset
+    std::uint32_t currentService = 0;   // place of that of the item last found since the last findDescription
+    std::vector<Service*> servicesHit;  // in the current test
+    std::vector<HitRecord*> recordsHit; // with test hits to reset
+    std::vector<std::uint8_t*> marksSet; // of plain hits, to reset
     std::vector<Service*> servicesWithFirstHits;
     ProvenConditions proven;
 };
@@ -60,76 +60,74 @@ std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
     return count < mostHits && hits < mostHits - count ? hits + count : mostHits;
 }
 
-// Calls visit(id, place) for every item of a kind in a service, in search order.
+void addHits(HitRecord& record, std::uint32_t count) {
+    record.testHits = saturatingSum(record.testHits, count);
+    record.globalHits = saturatingSum(record.globalHits, count);
+}
+
+// Calls visit(item) for every item of a kind, in search order.
 template <typename Visit>
-void forEachItemOfKind(Service& service, ItemKind kind, Visit visit) {
-    const auto visitList = [&](auto& entries, auto typeOf) {
-        for (std::uint32_t position = 0; position < entries.size(); ++position) {
-            visit(entries[position].item.id, ItemPlace{&service, position, typeOf(entries[position])});
-        }
-    };
+void forEachItemOfKind(FileDescription& description, ItemKind kind, Visit visit) {
     switch (kind) {
     case ItemKind::Procedure:
-        if (service.entry) {
-            visit(service.entry->id, ItemPlace{&service, 0, type::procedures});
+        for (Service& service : description.services) {
+            if (service.entry) {
+                visit(*service.entry);
+            }
+            std::for_each(service.exits.begin(), service.exits.end(), visit);
         }
-        visitList(service.exits, [](const ExitEntry&) { return type::exits; });
         break;
-    case ItemKind::Call: visitList(service.calls, [](const CallEntry&) { return type::calls; }); break;
-    case ItemKind::Block:
-        visitList(service.blocks, [](const BlockEntry& block) { return typeOfBlock(block.kind); });
-        break;
+    case ItemKind::Call: std::for_each(description.calls.begin(), description.calls.end(), visit); break;
+    case ItemKind::Block: std::for_each(description.blocks.begin(), description.blocks.end(), visit); break;
     case ItemKind::Condition:
-        visitList(service.conditions, [](const ConditionEntry& condition) {
-            return condition.kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions;
-        });
+        for (Service& service : description.services) {
+            std::for_each(service.conditions.begin(), service.conditions.end(), visit);
+        }
         break;
     }
 }
 
-void addToIndex(ItemIndex& index, std::uint32_t id, const ItemPlace& place) {
-    ItemPlace& known = id < index.dense.size() ? index.dense[id] : index.sparse[id];
-    if (known.service == nullptr) {
-        known = place;
+void addToIndex(ItemIndex& index, CoverageItem& item) {
+    CoverageItem*& known = item.id < index.dense.size() ? index.dense[item.id] : index.sparse[item.id];
+    if (known == nullptr) {
+        known = &item;
         return;
     }
-    std::vector<ItemPlace>& places = index.repeated[id];
-    if (places.empty()) {
-        places.push_back(known);
+    std::vector<CoverageItem*>& items = index.repeated[item.id];
+    if (items.empty()) {
+        items.push_back(known);
     }
-    if (places.back().service != place.service) { // the first of a service wins
-        places.push_back(place);
+    if (items.back()->service != item.service) { // the first of a service wins
+        items.push_back(&item);
     }
 }
 
-const ItemPlace* placeIn(const ItemIndex& index, std::uint32_t id) {
+// The item of an identifier that occurs several times: that of the first service from the current one on.
+CoverageItem* nextOf(const std::vector<CoverageItem*>& items) {
+    const auto found = std::partition_point(items.begin(), items.end(), [](const CoverageItem* item) {
+        return item->service < model().currentService;
+    });
+    return found != items.end() ? *found : items.front();
+}
+
+CoverageItem* itemIn(const ItemIndex& index, std::uint32_t id) {
     if (!index.repeated.empty()) {
         if (const auto repeated = index.repeated.find(id); repeated != index.repeated.end()) {
-            const std::vector<ItemPlace>& places = repeated->second;
-            const Service* current = model().currentService;
-            const std::uint32_t from = current != nullptr ? current->place : 0;
-            const auto found = std::find_if(places.begin(), places.end(), [from](const ItemPlace& place) {
-                return place.service->place >= from;
-            });
-            return found != places.end() ? &*found : &places.front();
+            return nextOf(repeated->second);
         }
     }
     if (id < index.dense.size()) {
-        return index.dense[id].service != nullptr ? &index.dense[id] : nullptr;
+        return index.dense[id];
     }
     const auto known = index.sparse.find(id);
-    return known != index.sparse.end() ? &known->second : nullptr;
+    return known != index.sparse.end() ? known->second : nullptr;
 }
 
-void markHit(ItemIndex& index, std::uint32_t id, bool plainly) {
-    if (id >= index.plainlyHit.size()) {
-        return;
+void markPlainHit(ItemIndex& index, std::uint32_t id) {
+    if (id < index.plainlyHit.size() && index.plainlyHit[id] == 0) {
+        index.plainlyHit[id] = 1;
+        model().marksSet.push_back(&index.plainlyHit[id]);
     }
-    std::uint8_t& mark = index.plainlyHit[id];
-    if (plainly && mark == 0) {
-        model().marksSet.push_back(&mark);
-    }
-    mark = plainly ? 1 : 0;
 }
 
 void indexItemsOfKind(FileDescription& description, ItemKind kind) {
@@ -137,21 +135,16 @@ void indexItemsOfKind(FileDescription& description, ItemKind kind) {
     constexpr std::size_t slack = 4;
     std::size_t count = 0;
     std::uint32_t largest = 0;
-    for (Service& service : description.services) {
-        forEachItemOfKind(service, kind, [&](std::uint32_t id, const ItemPlace&) {
-            ++count;
-            largest = std::max(largest, id);
-        });
-    }
+    forEachItemOfKind(description, kind, [&](const CoverageItem& item) {
+        ++count;
+        largest = std::max(largest, item.id);
+    });
     if (count == 0) {
         return;
     }
     ItemIndex& index = description.itemIndexes[kindIndex(kind)];
     index.dense.resize(std::min<std::size_t>(largest, slack * count) + 1);
-    for (Service& service : description.services) {
-        forEachItemOfKind(service, kind,
-                          [&](std::uint32_t id, const ItemPlace& place) { addToIndex(index, id, place); });
-    }
+    forEachItemOfKind(description, kind, [&](CoverageItem& item) { addToIndex(index, item); });
 }
 
 // The vector of a case of a table ends early where the table does.
@@ -216,7 +209,7 @@ void freeAllDescriptions() {
 }
 
 FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum) {
-    model().currentService = nullptr;
+    model().currentService = 0;
     const auto first = model().byKey.find(fileKey);
     if (first == model().byKey.end()) {
         return {};
@@ -239,38 +232,54 @@ void indexItems(FileDescription& description) {
     }
 }
 
-std::optional<ItemPlace> findItem(FileDescription& description, ItemKind kind, std::uint32_t id) {
-    const ItemPlace* place = placeIn(description.itemIndexes[kindIndex(kind)], id);
-    if (place == nullptr) {
-        return std::nullopt;
+CoverageItem* findItem(FileDescription& description, ItemKind kind, std::uint32_t id) {
+    CoverageItem* item = itemIn(description.itemIndexes[kindIndex(kind)], id);
+    if (item != nullptr) {
+        model().currentService = item->service;
     }
-    model().currentService = place->service;
-    return *place;
+    return item;
 }
 
-CoverageItem& itemAt(const ItemPlace& place, ItemKind kind) {
-    Service& service = *place.service;
+std::uint16_t typeOfItem(const Service& service, ItemKind kind, const CoverageItem& item) {
     switch (kind) {
     case ItemKind::Procedure:
-        return place.type == type::procedures ? *service.entry : service.exits[place.position].item;
-    case ItemKind::Call: return service.calls[place.position].item;
-    case ItemKind::Block: return service.blocks[place.position].item;
+        return service.entry && &*service.entry == &item ? type::procedures : type::exits;
+    case ItemKind::Call: return type::calls;
+    case ItemKind::Block: return typeOfBlock(static_cast<const BlockEntry&>(item).kind);
     case ItemKind::Condition: break;
     }
-    return service.conditions[place.position].item;
+    return typeOfCondition(static_cast<const ConditionEntry&>(item).kind);
 }
 
 void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, std::uint32_t count,
                Counting counting) {
-    const std::optional<ItemPlace> place = findItem(description, kind, id);
-    if (!place) {
+    CoverageItem* item = findItem(description, kind, id);
+    if (item == nullptr) {
         fatalError(filled(translate("fdcL-Error",
                                     "Cannot find instrumentation ID for specified trace in FDC file %1",
                                     "%1 is a file name"),
                           {description.fdcName}));
     }
-    countHit(*place->service, itemAt(*place, kind), place->type, count, counting);
-    markHit(description.itemIndexes[kindIndex(kind)], id, count == 1 && counting == Counting::Replace);
+    if (counting == Counting::Accumulate && !model().marksSet.empty()) {
+        forgetPlainHits();
+    }
+    if (counting == Counting::Accumulate &&
+        item->testHits != 0) { // covered already, in this test and overall
+        addHits(*item, count);
+        return;
+    }
+    Service& service = description.services[item->service];
+    countHit(service, *item, typeOfItem(service, kind, *item), count, counting);
+    if (count == 1 && counting == Counting::Replace) {
+        markPlainHit(description.itemIndexes[kindIndex(kind)], id);
+    }
+}
+
+void forgetPlainHits() {
+    for (std::uint8_t* mark : model().marksSet) {
+        *mark = 0;
+    }
+    model().marksSet.clear();
 }
 
 void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, std::uint32_t count,
@@ -293,8 +302,7 @@ void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, s
     }
     record.flags |= hitFlag;
     if (counting == Counting::Accumulate) {
-        record.testHits = saturatingSum(record.testHits, count);
-        record.globalHits = saturatingSum(record.globalHits, count);
+        addHits(record, count);
     } else {
         record.testHits = count;
         record.globalHits = count;
@@ -328,48 +336,51 @@ void resetTestCounts() {
         service->testCovered = {};
         service->touchedInTest = false;
     }
-    for (std::uint8_t* mark : model().marksSet) {
-        *mark = 0;
-    }
-    model().marksSet.clear();
+    forgetPlainHits();
     model().proven.countedInTest = 0;
     model().recordsHit.clear();
     model().servicesHit.clear();
 }
 
 std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t id) {
-    if (!service.conditionsAscend) {
-        const auto known = service.conditionPlaces.find(id);
-        return known != service.conditionPlaces.end() ? std::optional(known->second) : std::nullopt;
+    if (service.conditionPlaces != nullptr) {
+        const auto known = service.conditionPlaces->find(id);
+        return known != service.conditionPlaces->end() ? std::optional(known->second) : std::nullopt;
     }
-    const auto found = std::lower_bound(
-        service.conditions.begin(), service.conditions.end(), id,
-        [](const ConditionEntry& entry, std::uint32_t wanted) { return entry.item.id < wanted; });
-    if (found == service.conditions.end() || found->item.id != id) {
+    const auto found =
+        std::lower_bound(service.conditions.begin(), service.conditions.end(), id,
+                         [](const ConditionEntry& entry, std::uint32_t wanted) { return entry.id < wanted; });
+    if (found == service.conditions.end() || found->id != id) {
         return std::nullopt;
     }
     return static_cast<std::uint32_t>(found - service.conditions.begin());
 }
 
-void appendCondition(Service& service, const ConditionEntry& entry) {
-    const bool ascends = service.conditions.empty() || service.conditions.back().item.id < entry.item.id;
-    if (service.conditionsAscend && !ascends) {
-        service.conditionsAscend = false;
-        for (std::uint32_t place = 0; place < service.conditions.size(); ++place) {
-            service.conditionPlaces.try_emplace(service.conditions[place].item.id, place);
+void appendConditions(Service& service, std::span<const ConditionEntry> entries) {
+    std::vector<ConditionEntry>& conditions = service.conditions;
+    const auto doesNotAscend = [](const ConditionEntry& left, const ConditionEntry& right) {
+        return left.id >= right.id;
+    };
+    auto unknown = static_cast<std::uint32_t>(conditions.size()); // to conditionPlaces
+    const std::size_t checked = conditions.empty() ? 0 : conditions.size() - 1;
+    conditions.insert(conditions.end(), entries.begin(), entries.end());
+    if (service.conditionPlaces == nullptr) {
+        const auto first = conditions.begin() + static_cast<std::ptrdiff_t>(checked);
+        if (std::adjacent_find(first, conditions.end(), doesNotAscend) == conditions.end()) {
+            return;
         }
+        service.conditionPlaces = std::make_unique<std::unordered_map<std::uint32_t, std::uint32_t>>();
+        unknown = 0;
     }
-    if (!service.conditionsAscend) {
-        service.conditionPlaces.try_emplace(entry.item.id,
-                                            static_cast<std::uint32_t>(service.conditions.size()));
+    for (; unknown < conditions.size(); ++unknown) {
+        service.conditionPlaces->try_emplace(conditions[unknown].id, unknown);
     }
-    service.conditions.push_back(entry);
 }
 
 std::string conditionText(const Service& service, std::uint32_t place) {
     const ConditionEntry& entry = service.conditions[place];
     if (entry.kind != ConditionKind::Case) {
-        return std::string(entry.text);
+        return entry.text;
     }
     const auto behind = std::upper_bound(
         service.compositions.begin(), service.compositions.end(), place,
@@ -378,14 +389,12 @@ std::string conditionText(const Service& service, std::uint32_t place) {
     return caseText(composition, place - composition.firstCase);
 }
 
-std::string_view outcomeText(const Service& service, std::uint32_t place) {
-    const ConditionEntry& condition = service.conditions[place];
+std::string_view outcomeText(const Service& service, const ConditionEntry& condition) {
     if (condition.kind != ConditionKind::Outcome) {
         return "";
     }
-    const bool sharesText = place + 1 < service.conditions.size() &&
-                            service.conditions[place + 1].text.data() == condition.text.data();
-    return sharesText ? "True" : "False";
+    const bool isLast = &condition == &service.conditions.back();
+    return !isLast && (&condition)[1].text == condition.text ? "True" : "False";
 }
 
 std::string pairsText(const Service& service, const Composition& composition, std::size_t place) {
@@ -410,6 +419,10 @@ std::optional<std::size_t> counterOfType(std::uint16_t coverageType) {
         return std::nullopt;
     }
     return countersByTypeBit[bit];
+}
+
+std::uint16_t typeOfCondition(ConditionKind kind) {
+    return kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions;
 }
 
 std::uint16_t typeOfBlock(BlockKind kind) {

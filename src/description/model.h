@@ -17,6 +17,7 @@
 #include <deque>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -84,37 +85,35 @@ struct HitRecord {
     std::uint8_t flags = 0;
 };
 
+// Programs have millions of items: each entry takes 32 or 40 bytes.
 struct CoverageItem : HitRecord {
     std::uint32_t id = 0; // of the instrumentation, expected to be unique within its section and kind
     std::uint32_t startLine = 0;
     std::uint32_t endLine = 0;
+    std::uint32_t service = 0; // place of its service in the file
 };
 
 enum class ExitKind : std::uint8_t { EndProc = 1, Return = 2, Term = 3 };
-struct ExitEntry {
-    CoverageItem item;
+struct ExitEntry : CoverageItem {
     ExitKind kind = ExitKind::EndProc;
 };
 
-struct CallEntry {
-    CoverageItem item;
+struct CallEntry : CoverageItem {
     const NameEntry* calledName = nullptr;
 };
 
 enum class BlockKind : std::uint8_t { Simple = 0, Implicit = 1, Logical = 2, Atc = 3 };
-struct BlockEntry {
-    CoverageItem item;
+struct BlockEntry : CoverageItem {
     BlockKind kind = BlockKind::Simple;
-    std::string_view label; // in the texts of the description
+    const char* label = ""; // in the texts of the description
 };
 
 enum class ConditionKind : std::uint8_t { Outcome = 0, Single = 1, Case = 2 };
 // The two outcomes of a condition are adjacent, the true one first, and share one text object. A case has no
 // text of its own: conditionText makes it.
-struct ConditionEntry {
-    CoverageItem item;
+struct ConditionEntry : CoverageItem {
     ConditionKind kind = ConditionKind::Outcome;
-    std::string_view text; // with its quotes; in the texts of the description
+    const char* text = ""; // with its quotes; in the texts of the description
 };
 
 // Two cases that differ in one basic condition and in their outcome, as places in the service's conditions.
@@ -150,9 +149,9 @@ struct Service {
     CoverageCounters testCovered{};
     CoverageCounters globalCovered{};
     std::optional<CoverageItem> entry;
-    std::vector<ExitEntry> exits;
-    std::vector<CallEntry> calls;
-    std::vector<BlockEntry> blocks;
+    std::span<ExitEntry> exits; // these three look at the items of the file
+    std::span<CallEntry> calls;
+    std::span<BlockEntry> blocks;
     std::vector<ConditionEntry> conditions;
     std::vector<Composition> compositions;
     std::uint32_t firstLine = 4294967295;
@@ -160,29 +159,22 @@ struct Service {
     bool hasFirstHits = false;       // stands in the list of takeServicesWithFirstHits
     bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
     std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
-    // First place of each condition identifier, filled while conditions do not come in ascending order of
-    // their identifiers (see findCondition).
-    bool conditionsAscend = true;
-    std::unordered_map<std::uint32_t, std::uint32_t> conditionPlaces;
+    // First place of each condition identifier, while conditions do not come in ascending order of their
+    // identifiers; none otherwise (see findCondition).
+    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> conditionPlaces;
 };
 
-// Where an item stands.
-struct ItemPlace {
-    Service* service = nullptr;
-    std::uint32_t position = 0; // in the list of its kind; of no meaning for an entry
-    std::uint16_t type = 0;     // its coverage type
-};
-
-// Items of one kind by identifier. Dense identifiers index an array, others a hash table. An identifier that
-// occurs in several services keeps all of them, in service order.
+// Items of one kind by identifier. Dense identifiers index an array (null where there is no such item),
+// others a hash table. An identifier that occurs in several services keeps the first item of each, in service
+// order.
 struct ItemIndex {
-    std::vector<ItemPlace> dense;
+    std::vector<CoverageItem*> dense;
     // 1: the item has been hit in the current test, without a count, and another such hit changes nothing.
     // One per dense identifier; empty when identifiers repeat, because every hit moves the current service
     // then.
     std::vector<std::uint8_t> plainlyHit;
-    std::unordered_map<std::uint32_t, ItemPlace> sparse;
-    std::unordered_map<std::uint32_t, std::vector<ItemPlace>> repeated;
+    std::unordered_map<std::uint32_t, CoverageItem*> sparse;
+    std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
 };
 
 // Hits kept for the cleaned trace, for one hit keyword. What is kept goes with each write; the room of a described
@@ -212,6 +204,9 @@ struct FileDescription {
     std::array<BranchHitTable, 4> branchHitTables; // by kind
     bool keepsHits = false;                        // some table has had a hit since the last write
     std::deque<Service> services;                  // in order of first mention; a deque: services never move
+    std::vector<ExitEntry> exits;                  // of all services: those of a service stand together
+    std::vector<CallEntry> calls;
+    std::vector<BlockEntry> blocks;
     const NameEntry* sourceComment = nullptr;
     std::array<const NameEntry*, 4> tokenStrings{};
     TextStore texts;                      // labels, condition texts, cases: what the records' views look at
@@ -238,23 +233,23 @@ FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum);
 // Makes the indexes that findItem and recordHit need; once, when the description is complete.
 void indexItems(FileDescription& description);
 
-// An item with where it stands; none when the file has no such item. The search starts at the current
-// service, goes round the file's services once, and leaves the service found as the current one.
-std::optional<ItemPlace> findItem(FileDescription& description, ItemKind kind, std::uint32_t id);
-CoverageItem& itemAt(const ItemPlace& place, ItemKind kind);
+// The item of a kind with this identifier, null when the file has none. The search starts at the current
+// service, goes round the file's services once, and leaves the service found as the current one. An item of
+// kind Call, Block or Condition is the entry of its list; one of kind Procedure is the entry of its service or
+// an ExitEntry.
+CoverageItem* findItem(FileDescription& description, ItemKind kind, std::uint32_t id);
+// The coverage type of an item that findItem gave for a kind.
+std::uint16_t typeOfItem(const Service& service, ItemKind kind, const CoverageItem& item);
 
 // Counts a hit on the item; a missing item is a fatal error. With `Accumulate` the count is added (saturating
 // at mostHits), otherwise it replaces what was counted.
 enum class Counting : bool { Replace, Accumulate };
-// Whether a hit without a count would change nothing.
-inline bool isPlainlyHit(const FileDescription& description, ItemKind kind, std::uint32_t id) {
-    const std::vector<std::uint8_t>& marks = description.itemIndexes[kindIndex(kind)].plainlyHit;
-    return id < marks.size() && marks[id] != 0;
-}
 void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, std::uint32_t count,
                Counting counting);
 void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
               Counting counting);
+// Takes back all marks of items plainly hit, so that their next hits are seen again.
+void forgetPlainHits();
 
 // The services that were hit in the current test, each once, in the order of their first hits.
 const std::vector<Service*>& servicesHitInTest();
@@ -277,17 +272,17 @@ void resetTestCounts();
 
 // Place of the first condition of the service with this identifier.
 std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t id);
-// Appends a condition; findCondition knows it from then on.
-void appendCondition(Service& service, const ConditionEntry& entry);
+// Appends conditions; findCondition knows them from then on.
+void appendConditions(Service& service, std::span<const ConditionEntry> entries);
 
 // The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
 std::string conditionText(const Service& service, std::uint32_t place);
 // "True" for the first outcome of a two-outcome condition (the next entry shares its text object), "False"
 // for the second, empty for other conditions.
-std::string_view outcomeText(const Service& service, std::uint32_t place);
+std::string_view outcomeText(const Service& service, const ConditionEntry& condition);
 // The line that outputs show for a block: an implicit one stands where its statement ends.
 inline std::uint32_t blockLine(const BlockEntry& block) {
-    return block.kind == BlockKind::Implicit ? block.item.endLine : block.item.startLine;
+    return block.kind == BlockKind::Implicit ? block.endLine : block.startLine;
 }
 // The texts of a modified condition's pairs, "#<n> (case/case), (case/case)"; empty when it has no pair.
 // `place` is that of the modified condition in its composition.
@@ -297,6 +292,7 @@ std::string pairsText(const Service& service, const Composition& composition, st
 // countHit.
 std::optional<std::size_t> counterOfType(std::uint16_t coverageType);
 std::uint16_t typeOfBlock(BlockKind kind);
+std::uint16_t typeOfCondition(ConditionKind kind);
 
 // Calls visit(record, coverage type) for every item and modified condition of a service, in the order entry,
 // exits, calls, blocks, conditions, modified conditions.
@@ -306,17 +302,16 @@ void forEachItem(Service& service, Visit visit) {
         visit(*service.entry, type::procedures);
     }
     for (ExitEntry& exit : service.exits) {
-        visit(exit.item, type::exits);
+        visit(exit, type::exits);
     }
     for (CallEntry& call : service.calls) {
-        visit(call.item, type::calls);
+        visit(call, type::calls);
     }
     for (BlockEntry& block : service.blocks) {
-        visit(block.item, typeOfBlock(block.kind));
+        visit(block, typeOfBlock(block.kind));
     }
     for (ConditionEntry& condition : service.conditions) {
-        visit(condition.item,
-              condition.kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions);
+        visit(condition, typeOfCondition(condition.kind));
     }
     for (Composition& composition : service.compositions) {
         for (ModifiedCondition& modified : composition.modifiedConditions) {

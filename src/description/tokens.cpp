@@ -1,13 +1,37 @@
 #include "description/tokens.h"
 
+#include <array>
+
 #include "support/machine.h"
 
 namespace veldacov {
 
 namespace {
 
-bool endsText(char character) {
-    return character == '\n' || character == '\r' || character == '\0';
+using CharacterSet = std::array<bool, 256>;
+
+constexpr CharacterSet setOf(std::string_view characters) {
+    CharacterSet set{};
+    for (const char character : characters) {
+        set[static_cast<unsigned char>(character)] = true;
+    }
+    return set;
+}
+
+using namespace std::string_view_literals;
+constexpr CharacterSet tokenEnds = setOf(" \n\r\0"sv);
+constexpr CharacterSet quoteOrTokenEnds = setOf("\" \n\r\0"sv);
+constexpr CharacterSet quotedTextEnds = setOf("\"\\\n\0"sv);
+
+bool contains(const CharacterSet& set, char character) {
+    return set[static_cast<unsigned char>(character)];
+}
+
+const char* findAny(const char* at, const char* end, const CharacterSet& set) {
+    while (at != end && !contains(set, *at)) {
+        ++at;
+    }
+    return at;
 }
 
 const char* skipBlanks(const char* at, const char* end) {
@@ -19,16 +43,19 @@ const char* skipBlanks(const char* at, const char* end) {
 
 // The character just behind the closing quote; null when the line has none. `at` is behind the opening quote.
 const char* behindClosingQuote(const char* at, const char* end) {
-    while (at != end && *at != '\n' && *at != '\0') {
+    for (;;) {
+        at = findAny(at, end, quotedTextEnds);
+        if (at == end || *at == '\n' || *at == '\0') {
+            return nullptr;
+        }
         if (*at == '"') {
             return at + 1;
         }
-        if (*at == '\\' && (++at == end || *at == '\n' || *at == '\0')) {
+        if (++at == end || *at == '\n' || *at == '\0') { // of an escape
             return nullptr;
         }
         ++at;
     }
-    return nullptr;
 }
 
 // A carriage return and line feed behind a quoted string end the line together, so that files of either kind
@@ -63,10 +90,7 @@ std::string_view withoutQuotes(std::string_view quoted) {
 
 std::optional<std::string_view> nextToken(Line& line) {
     const char* start = skipBlanks(line.cursor, line.end);
-    const char* at = start;
-    while (at != line.end && *at != ' ' && !endsText(*at)) {
-        ++at;
-    }
+    const char* at = findAny(start, line.end, tokenEnds);
     if (at == line.end || *at == '\0') {
         return std::nullopt;
     }
@@ -75,10 +99,7 @@ std::optional<std::string_view> nextToken(Line& line) {
 }
 
 std::optional<std::string_view> nextQuotedString(Line& line, std::string& scratch) {
-    const char* open = skipBlanks(line.cursor, line.end);
-    while (open != line.end && *open != '"' && *open != ' ' && !endsText(*open)) {
-        ++open;
-    }
+    const char* open = findAny(skipBlanks(line.cursor, line.end), line.end, quoteOrTokenEnds);
     if (open == line.end || *open != '"') {
         return std::nullopt;
     }
@@ -95,18 +116,23 @@ void reportUnreadableField(const char* field, std::string_view fileName) {
                 field, fileName);
 }
 
-NameEntry* readNamedString(Line& line, const char* field, std::string_view fileName) {
-    std::string scratch;
+std::string_view readNameText(Line& line, std::string& scratch, const char* field,
+                              std::string_view fileName) {
     const std::optional<std::string_view> quoted = nextQuotedString(line, scratch);
     if (!quoted) {
         reportUnreadableField(field, fileName);
     }
-    NameEntry* name = internName(withoutQuotes(*quoted));
-    if (name == nullptr) {
+    const std::string_view name = withoutQuotes(*quoted);
+    if (name.empty()) {
         reportField(translate("fdcL-Error", "Empty %1 %2", "%1 is a message, %2 a file name"), field,
                     fileName);
     }
     return name;
+}
+
+NameEntry* readNamedString(Line& line, const char* field, std::string_view fileName) {
+    std::string scratch;
+    return internName(readNameText(line, scratch, field, fileName));
 }
 
 NameEntry* readNamedString(Line& line) {

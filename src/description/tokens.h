@@ -27,6 +27,8 @@ std::optional<std::string_view> nextQuotedString(Line& line, std::string& scratc
 // The name in the next quoted string. A missing or empty name is a fatal error that shows the field's
 // description (a source text of the context "fdcL-Error", translated only then) and the file.
 NameEntry* readNamedString(Line& line, const char* field, std::string_view fileName);
+// The same, not yet interned; `scratch` as above.
+std::string_view readNameText(Line& line, std::string& scratch, const char* field, std::string_view fileName);
 // The fatal error of a field that the line does not have.
 [[noreturn]] void reportUnreadableField(const char* field, std::string_view fileName);
 // An optional name: null when the string is missing or empty.

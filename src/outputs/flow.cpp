@@ -67,42 +67,37 @@ void writeStep(FlowState& flow, std::string_view label, std::string_view detail,
             " ", line);
 }
 
-void writeProcedureStep(FlowState& flow, const ItemPlace& place) {
-    const Service& service = *place.service;
-    if (place.type != type::procedures) {
-        const ExitEntry& exit = service.exits[place.position];
-        writeStep(flow, text(flow, exitLabel(exit.kind)), service.name->text, exit.item.startLine);
-        return;
+void writeProcedureStep(FlowState& flow, const Service& service, const CoverageItem& item) {
+    if (typeOfItem(service, ItemKind::Procedure, item) == type::procedures) {
+        writeStep(flow, text(flow, ReportLabel::Incoming), service.name->text, item.startLine);
+    } else {
+        const ExitKind kind = static_cast<const ExitEntry&>(item).kind;
+        writeStep(flow, text(flow, exitLabel(kind)), service.name->text, item.startLine);
     }
-    if (!service.entry) {
-        internalError(translate("Internal Error", "No entry point in proc"));
-    }
-    writeStep(flow, text(flow, ReportLabel::Incoming), service.name->text, service.entry->startLine);
 }
 
-void writeConditionStep(FlowState& flow, const ItemPlace& place) {
-    const ConditionEntry& condition = place.service->conditions[place.position];
+void writeConditionStep(FlowState& flow, const Service& service, const ConditionEntry& condition) {
     if (condition.kind != ConditionKind::Case) {
-        writeStep(flow, condition.text, outcomeText(*place.service, place.position),
-                  condition.item.startLine);
+        writeStep(flow, condition.text, outcomeText(service, condition), condition.startLine);
     }
 }
 
-void writeHitStep(FlowState& flow, ItemKind kind, const ItemPlace& place) {
-    const Service& service = *place.service;
+void writeHitStep(FlowState& flow, const Service& service, ItemKind kind, const CoverageItem& item) {
     switch (kind) {
-    case ItemKind::Procedure: writeProcedureStep(flow, place); break;
+    case ItemKind::Procedure: writeProcedureStep(flow, service, item); break;
     case ItemKind::Call: {
-        const CallEntry& call = service.calls[place.position];
-        writeStep(flow, call.calledName->text, service.name->text, call.item.startLine);
+        const auto& call = static_cast<const CallEntry&>(item);
+        writeStep(flow, call.calledName->text, service.name->text, call.startLine);
         break;
     }
     case ItemKind::Block: {
-        const BlockEntry& block = service.blocks[place.position];
+        const auto& block = static_cast<const BlockEntry&>(item);
         writeStep(flow, block.label, service.name->text, blockLine(block));
         break;
     }
-    case ItemKind::Condition: writeConditionStep(flow, place); break;
+    case ItemKind::Condition:
+        writeConditionStep(flow, service, static_cast<const ConditionEntry&>(item));
+        break;
     }
 }
 
@@ -110,8 +105,9 @@ void retellHit(FlowState& flow, const Hit& hit) {
     if ((flow.types & typesOfKind(hit.kind)) == 0) {
         return;
     }
-    if (const std::optional<ItemPlace> place = findItem(*flow.trace.currentPart, hit.kind, hit.id)) {
-        writeHitStep(flow, hit.kind, *place);
+    FileDescription& part = *flow.trace.currentPart;
+    if (const CoverageItem* item = findItem(part, hit.kind, hit.id)) {
+        writeHitStep(flow, part.services[item->service], hit.kind, *item);
     }
 }
 

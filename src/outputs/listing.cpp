@@ -96,7 +96,7 @@ public:
         }
         if (has(type::calls)) {
             for (const CallEntry& call : service_.calls) {
-                add(call.item.startLine, call.item, NoteLabel::CallOf,
+                add(call.startLine, call, NoteLabel::CallOf,
                     [&] { return std::string(call.calledName->text); });
             }
         }
@@ -131,7 +131,7 @@ private:
 
     void collectExits() {
         for (const ExitEntry& exit : service_.exits) {
-            add(exit.item.startLine, exit.item,
+            add(exit.startLine, exit,
                 static_cast<NoteLabel>(exit.kind)); // kinds 1 to 3 follow the entry
         }
     }
@@ -148,23 +148,22 @@ private:
         for (const BlockEntry& block : service_.blocks) {
             const BlockNote& note = byKind[static_cast<std::size_t>(block.kind)];
             if (has(note.neededType)) {
-                add(blockLine(block), block.item, note.label, [&] { return std::string(block.label); });
+                add(blockLine(block), block, note.label, [&] { return std::string(block.label); });
             }
         }
     }
 
     void collectBasicConditions() {
-        for (std::uint32_t place = 0; place < service_.conditions.size(); ++place) {
-            const ConditionEntry& condition = service_.conditions[place];
+        for (const ConditionEntry& condition : service_.conditions) {
             if (condition.kind == ConditionKind::Case) {
                 continue;
             }
             const auto text = [&] { return std::string(condition.text); };
             if (condition.kind == ConditionKind::Single) {
-                add(condition.item.endLine, condition.item, NoteLabel::BasicCondition, text);
+                add(condition.endLine, condition, NoteLabel::BasicCondition, text);
             } else {
-                add(condition.item.startLine, condition.item, NoteLabel::BasicCondition, text,
-                    [&] { return std::string(outcomeText(service_, place)); });
+                add(condition.startLine, condition, NoteLabel::BasicCondition, text,
+                    [&] { return std::string(outcomeText(service_, condition)); });
             }
         }
     }
@@ -179,7 +178,7 @@ private:
             for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
                 const ModifiedCondition& modified = composition.modifiedConditions[place];
                 add(
-                    service_.conditions[modified.basicCondition].item.startLine, modified, label,
+                    service_.conditions[modified.basicCondition].startLine, modified, label,
                     [&] { return conditionText(service_, modified.basicCondition); },
                     [&] {
                         const std::string pairs = pairsText(service_, composition, place);
@@ -198,7 +197,7 @@ private:
         for (const Composition& composition : service_.compositions) {
             for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
                 const std::uint32_t place = composition.firstCase + i;
-                const CoverageItem& item = service_.conditions[place].item;
+                const CoverageItem& item = service_.conditions[place];
                 add(item.endLine, item, label, [&] { return conditionText(service_, place); });
             }
         }

@@ -158,6 +158,7 @@ void writeCleanedTrace(TraceSession& session) {
         forgetHits(*part);
     }
     session.keptParts.clear();
+    forgetPlainHits(); // the next write keeps them anew
 }
 
 } // namespace veldacov

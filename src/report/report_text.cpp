@@ -73,14 +73,14 @@ void writeEntryReference(TraceSession& session, const Service& service) {
 void writeProcedureBranches(TraceSession& session, const Service& service) {
     writeEntryReference(session, service);
     for (const ExitEntry& exit : service.exits) {
-        writeReference(session, text(session, exitLabel(exit.kind)), "", hitsOf(session, exit.item),
-                       exit.item.startLine);
+        writeReference(session, text(session, exitLabel(exit.kind)), "", hitsOf(session, exit),
+                       exit.startLine);
     }
 }
 
 void writeCalls(TraceSession& session, const Service& service) {
     for (const CallEntry& call : service.calls) {
-        writeReference(session, call.calledName->text, "", hitsOf(session, call.item), call.item.startLine);
+        writeReference(session, call.calledName->text, "", hitsOf(session, call), call.startLine);
     }
 }
 
@@ -88,17 +88,16 @@ template <BlockKind kind>
 void writeBlocks(TraceSession& session, const Service& service) {
     for (const BlockEntry& block : service.blocks) {
         if (block.kind == kind) {
-            writeReference(session, block.label, "", hitsOf(session, block.item), blockLine(block));
+            writeReference(session, block.label, "", hitsOf(session, block), blockLine(block));
         }
     }
 }
 
 void writeBasicConditions(TraceSession& session, const Service& service) {
-    for (std::uint32_t place = 0; place < service.conditions.size(); ++place) {
-        const ConditionEntry& condition = service.conditions[place];
+    for (const ConditionEntry& condition : service.conditions) {
         if (condition.kind != ConditionKind::Case) {
-            writeReference(session, condition.text, outcomeText(service, place),
-                           hitsOf(session, condition.item), condition.item.startLine);
+            writeReference(session, condition.text, outcomeText(service, condition),
+                           hitsOf(session, condition), condition.startLine);
         }
     }
 }
@@ -111,7 +110,7 @@ void writeModifiedConditions(TraceSession& session, const Service& service) {
             writePlainReference(session, conditionText(service, modified.basicCondition),
                                 pairs.empty() ? text(session, ReportLabel::NoVectorPair) : pairs,
                                 hitsOf(session, modified),
-                                service.conditions[modified.basicCondition].item.startLine);
+                                service.conditions[modified.basicCondition].startLine);
         }
     }
 }
@@ -120,7 +119,7 @@ void writeCompoundCases(TraceSession& session, const Service& service) {
     for (const Composition& composition : service.compositions) {
         for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
             const std::uint32_t place = composition.firstCase + i;
-            const CoverageItem& item = service.conditions[place].item;
+            const CoverageItem& item = service.conditions[place];
             writeReference(session, conditionText(service, place), "", hitsOf(session, item), item.startLine);
         }
     }

@@ -158,8 +158,8 @@ inline const char* takeHex(const char* at, std::uint32_t& value) {
 template <typename Take>
 void takePlainHits(TraceCursor& cursor, Take take) {
     constexpr std::ptrdiff_t longestLine = 2 + 1 + 8 + 1 + 8 + 2;
-    const char* line = cursor.stream.buffer.data() + cursor.stream.begin;
-    const char* const end = cursor.stream.buffer.data() + cursor.stream.end;
+    const char* line = cursor.stream.buffer.get() + cursor.stream.begin;
+    const char* const end = cursor.stream.buffer.get() + cursor.stream.end;
     const bool counted = cursor.countOriented;
     while (end - line >= longestLine && line[0] == 'T' && line[2] == ' ') {
         const int kind = detail::kindOfLetter[static_cast<unsigned char>(line[1])];
@@ -184,7 +184,7 @@ void takePlainHits(TraceCursor& cursor, Take take) {
         take(hit);
         line = at + 1;
     }
-    cursor.stream.begin = static_cast<std::size_t>(line - cursor.stream.buffer.data());
+    cursor.stream.begin = static_cast<std::size_t>(line - cursor.stream.buffer.get());
 }
 
 } // namespace veldacov

@@ -1,6 +1,8 @@
 #include "report/trace_reader.h"
 
+#include <array>
 #include <memory>
+#include <span>
 
 #include "description/conditions.h"
 #include "report/auth.h"
@@ -103,29 +105,47 @@ void handleCountLine(TraceSession& session) {
     }
 }
 
-// What becomes of the hits of the current part, as long as no other line changes it.
+// What becomes of the hits of the current part, as long as no other line changes it. The arrays are by kind.
 struct HitTreatment {
     FileDescription* part = nullptr;
-    bool recorded = false;
-    bool kept = false; // for the cleaned trace
     Counting counting = Counting::Replace;
-    std::uint16_t types = 0;
+    bool kept = false; // for the cleaned trace
+    std::array<bool, itemKinds.size()> recorded{};
+    std::array<std::span<const std::uint8_t>, itemKinds.size()> plainlyHit; // none where hits are counted
 };
 
 HitTreatment hitTreatment(const TraceSession& session) {
     const TraceCursor& trace = session.trace;
-    return {trace.currentPart, trace.state == ReadState::Recording && !trace.currentPart->placeholder,
-            session.options->cleanFile.has_value(),
-            trace.countOriented ? Counting::Accumulate : Counting::Replace, session.typesInUse};
+    HitTreatment treatment;
+    treatment.part = trace.currentPart;
+    treatment.counting = trace.countOriented ? Counting::Accumulate : Counting::Replace;
+    treatment.kept = session.options->cleanFile.has_value();
+    if (trace.state == ReadState::Recording && !trace.currentPart->placeholder) {
+        for (const ItemKind kind : itemKinds) {
+            treatment.recorded[kindIndex(kind)] = (session.typesInUse & typesOfKind(kind)) != 0;
+            if (!trace.countOriented) {
+                treatment.plainlyHit[kindIndex(kind)] =
+                    trace.currentPart->itemIndexes[kindIndex(kind)].plainlyHit;
+            }
+        }
+    }
+    return treatment;
 }
 
-void takeHit(TraceSession& session, const HitTreatment& treatment, const Hit& hit) {
-    if (treatment.recorded && (treatment.types & typesOfKind(hit.kind)) != 0 &&
-        (treatment.counting == Counting::Accumulate || !isPlainlyHit(*treatment.part, hit.kind, hit.id))) {
+void takeNewHit(TraceSession& session, const HitTreatment& treatment, const Hit& hit) {
+    if (treatment.recorded[kindIndex(hit.kind)]) {
         recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
     }
     if (treatment.kept) {
         AddTioBranch(session, hit);
+    }
+}
+
+// What was plainly hit before has been recorded, and kept for the cleaned trace.
+void takeHit(TraceSession& session, const HitTreatment& treatment, const Hit& hit) {
+    const std::span<const std::uint8_t> marks = treatment.plainlyHit[kindIndex(hit.kind)];
+    if (hit.id >= marks.size() || marks[hit.id] == 0) {
+        takeNewHit(session, treatment, hit);
     }
 }
 

@@ -16,28 +16,34 @@ constexpr std::size_t initialBufferSize = std::size_t{256} * 1024;
 constexpr std::size_t lineBlock = 1024;
 constexpr std::uint32_t foldSeed = 0x4A4A4A4A;
 
+// Moves the bytes in hand to the start of a buffer of at least the given size.
+void moveToStart(InputFile& input, std::size_t size) {
+    const char* first = input.buffer.get() + input.begin;
+    const std::size_t length = input.end - input.begin;
+    if (size > input.size) {
+        auto larger = std::make_unique_for_overwrite<char[]>(size);
+        std::copy_n(first, length, larger.get());
+        input.buffer = std::move(larger);
+        input.size = size;
+    } else if (input.begin > 0) {
+        std::copy_n(first, length, input.buffer.get()); // towards the start
+    }
+    input.begin = 0;
+    input.end = length;
+}
+
 // Reads more bytes behind those in hand; false at the end of the file.
 bool refill(InputFile& input) {
-    if (input.buffer.empty()) {
-        input.buffer.resize(initialBufferSize);
-    }
-    if (input.begin > 0) {
-        std::copy(input.buffer.begin() + static_cast<std::ptrdiff_t>(input.begin),
-                  input.buffer.begin() + static_cast<std::ptrdiff_t>(input.end), input.buffer.begin());
-        input.end -= input.begin;
-        input.begin = 0;
-    }
-    if (input.end == input.buffer.size()) {
-        input.buffer.resize(input.buffer.size() * 2);
-    }
-    const std::size_t count = platform::readSome(input.file.number(), input.buffer.data() + input.end,
-                                                 input.buffer.size() - input.end);
+    const bool isFull = input.end - input.begin == input.size;
+    moveToStart(input, isFull ? std::max(initialBufferSize, 2 * input.size) : input.size);
+    const std::size_t count =
+        platform::readSome(input.file.number(), input.buffer.get() + input.end, input.size - input.end);
     input.end += count;
     return count > 0;
 }
 
 void takeLine(InputFile& input, std::size_t length, Line& line) {
-    line.cursor = input.buffer.data() + input.begin;
+    line.cursor = input.buffer.get() + input.begin;
     line.end = line.cursor + length;
     input.begin += length;
 }
@@ -143,7 +149,7 @@ bool readLine(InputFile& input, Line& line) {
     std::size_t searched = 0; // characters of this line known to hold no line feed
     std::size_t checked = 0;  // whole blocks of it known not to end in a carriage return
     for (;;) {
-        const char* start = input.buffer.data() + input.begin;
+        const char* start = input.buffer.get() + input.begin;
         const std::size_t available = input.end - input.begin;
         const void* lineFeed =
             available > searched ? std::memchr(start + searched, '\n', available - searched) : nullptr;
@@ -169,7 +175,7 @@ bool readLine(InputFile& input, Line& line) {
 bool readRawLine(InputFile& input, std::string_view& line) {
     std::size_t searched = 0;
     for (;;) {
-        const std::string_view available(input.buffer.data() + input.begin, input.end - input.begin);
+        const std::string_view available(input.buffer.get() + input.begin, input.end - input.begin);
         const std::size_t lineFeed = available.find('\n', searched);
         if (lineFeed != std::string_view::npos) {
             line = available.substr(0, lineFeed + 1);
@@ -179,7 +185,7 @@ bool readRawLine(InputFile& input, std::string_view& line) {
         searched = available.size();
         if (!refill(input)) {
             input.atEnd = true;
-            line = {input.buffer.data() + input.begin, searched};
+            line = {input.buffer.get() + input.begin, searched};
             input.begin = input.end;
             return !line.empty();
         }

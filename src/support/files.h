@@ -5,10 +5,10 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "support/platform.h"
 
@@ -17,7 +17,8 @@ namespace veldacov {
 // A file being read through one large buffer.
 struct InputFile {
     platform::Descriptor file;
-    std::vector<char> buffer;
+    std::unique_ptr<char[]> buffer;
+    std::size_t size = 0;  // of the buffer
     std::size_t begin = 0; // first byte not yet handed out
     std::size_t end = 0;   // end of the bytes in the buffer
     bool atEnd = false;    // a read has met the end of the file; stays set

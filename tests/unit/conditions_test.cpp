@@ -255,8 +255,8 @@ TEST_F(ConditionsTest, AModifiedConditionIsHitByCasesOfAnyTests) {
             for (const Composition& composition : service.compositions) {
                 for (const ModifiedCondition& modified : composition.modifiedConditions) {
                     const auto isHit = [&](const VectorPair& pair) {
-                        return service.conditions[pair.first].item.globalHits > 0 &&
-                               service.conditions[pair.second].item.globalHits > 0;
+                        return service.conditions[pair.first].globalHits > 0 &&
+                               service.conditions[pair.second].globalHits > 0;
                     };
                     const bool expected = std::any_of(modified.pairs.begin(), modified.pairs.end(), isHit);
                     EXPECT_EQ(modified.testHits, expected ? 1U : 0U) << test;

@@ -46,13 +46,13 @@ TEST_F(FdcTest, EveryItemIsCountedInItsServiceAndFile) {
     EXPECT_EQ(g.counts, (CoverageCounters{0, 0, 1, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ((std::array{f.firstLine, f.lastLine, g.firstLine, g.lastLine}),
               (std::array{9U, 50U, 70U, 71U}));
-    EXPECT_EQ(f.blocks[2].label, "FOR");
+    EXPECT_STREQ(f.blocks[2].label, "FOR");
     std::string conditions;
     for (std::uint32_t i = 0; i < f.conditions.size(); ++i) {
-        const CoverageItem& item = f.conditions[i].item;
+        const CoverageItem& item = f.conditions[i];
         conditions += std::to_string(item.id) + " " + std::to_string(item.startLine) + "-" +
-                      std::to_string(item.endLine) + " " + conditionText(f, i) + outcomeText(f, i).data() +
-                      "\n";
+                      std::to_string(item.endLine) + " " + conditionText(f, i) +
+                      outcomeText(f, f.conditions[i]).data() + "\n";
     }
     EXPECT_EQ(conditions, "40 11-12 \"a \"<\" b\"True\n41 11-12 \"a \"<\" b\"False\n"
                           "42 13-13 \"a \"<\" b\"True\n43 13-13 \"a \"<\" b\"False\n"

@@ -111,8 +111,8 @@ TEST_F(TraceTest, HitsAddUpInWhateverForm) {
         sums[kind] = counted ? static_cast<std::uint32_t>(std::min<std::uint64_t>(sum, mostHits)) : 1;
     }
     EXPECT_EQ(accountOfRun(trace), "");
-    EXPECT_EQ((std::array{service().entry->testHits, service().calls[0].item.testHits,
-                          service().blocks[0].item.testHits, service().conditions[0].item.testHits}),
+    EXPECT_EQ((std::array{service().entry->testHits, service().calls[0].testHits,
+                          service().blocks[0].testHits, service().conditions[0].testHits}),
               sums);
 }
 
