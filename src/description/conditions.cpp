@@ -378,7 +378,7 @@ void readComposition(Line& line, FileDescription& description, Service* service,
     const std::uint32_t last = requiredCondition(*service, composition.basicConditionIds.back(), fileName);
 
     const std::size_t tableSize = frontier ? width * composition.caseCount : cases->size();
-    composition.cases = description.texts.keep(cases->substr(0, tableSize));
+    composition.cases = recordMemory().keep(cases->substr(0, tableSize));
     if (!frontier) {
         composition.outcomes = CalculVector(composition.cases, composition.caseCount);
     }

@@ -25,9 +25,13 @@ struct FdcReader {
     InputFile input;
     Line line;
     std::unique_ptr<FileDescription> section;
-    Service* currentService = nullptr;                     // that of the line before
+    Service* currentService = nullptr; // that of the line before
+    bool serviceNameIsPlain = false;   // its name stands in lines as it is
+    std::vector<ExitEntry> newExits;   // of the section, in line order
+    std::vector<CallEntry> newCalls;
+    std::vector<BlockEntry> newBlocks;
     std::vector<ConditionEntry> newConditions;             // of the current service, not yet in its list
-    std::string scratch;                                   // for names and texts with escapes
+    std::string scratch;                                   // for texts with escapes
     std::unordered_map<const NameEntry*, Service*> byName; // services of the section
     DescriptionList sections;                              // finished ones, in order of appearance
     bool redundancySaid = false;
@@ -121,7 +125,7 @@ std::optional<std::string_view> next(FdcReader& reader) {
 }
 
 std::uint32_t nextNumber(FdcReader& reader) {
-    return readDecimalValue(next(reader), reader.fileName);
+    return nextDecimal(reader.line, reader.fileName);
 }
 
 NameEntry* nextName(FdcReader& reader, const char* field) {
@@ -137,7 +141,7 @@ void storeConditions(FdcReader& reader) {
 }
 
 Service* findOrAddService(FdcReader& reader, const NameEntry* name) {
-    std::deque<Service>& services = reader.section->services;
+    std::pmr::deque<Service>& services = reader.section->services;
     const auto [known, isNew] = reader.byName.try_emplace(name, nullptr);
     if (isNew) {
         known->second = &services.emplace_back();
@@ -147,12 +151,17 @@ Service* findOrAddService(FdcReader& reader, const NameEntry* name) {
     return known->second;
 }
 
-// Makes the service named next the current one; a new one is appended.
+// Makes the service named next the current one; a new one is appended. Most lines name that of the line before.
 Service& nextService(FdcReader& reader, const char* field) {
-    const std::string_view name = readNameText(reader.line, reader.scratch, field, reader.fileName);
-    if (reader.currentService == nullptr || reader.currentService->name->text != name) {
+    if (reader.currentService != nullptr && reader.serviceNameIsPlain &&
+        skipQuotedString(reader.line, reader.currentService->name->text)) {
+        return *reader.currentService;
+    }
+    const NameEntry* name = nextName(reader, field);
+    if (reader.currentService == nullptr || reader.currentService->name != name) {
         storeConditions(reader);
-        reader.currentService = findOrAddService(reader, internName(name));
+        reader.currentService = findOrAddService(reader, name);
+        reader.serviceNameIsPlain = name->text.find_first_of("\"\\") == std::string_view::npos;
     }
     return *reader.currentService;
 }
@@ -189,7 +198,7 @@ void readExit(FdcReader& reader, Service& service, std::uint32_t id, ExitKind ki
     auto exit = itemOf<ExitEntry>(service, id);
     exit.kind = kind;
     readLines(reader, exit);
-    reader.section->exits.push_back(exit);
+    reader.newExits.push_back(exit);
 }
 
 void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
@@ -212,9 +221,9 @@ void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
 void readCall(FdcReader& reader, std::uint32_t id) {
     Service& service = nextService(reader, callingField);
     auto call = itemOf<CallEntry>(service, id);
-    call.calledName = internName(readNameText(reader.line, reader.scratch, calledField, reader.fileName));
+    call.calledName = nextName(reader, calledField);
     readLines(reader, call);
-    reader.section->calls.push_back(call);
+    reader.newCalls.push_back(call);
     ++service.counts[counter::calls];
     ++reader.section->callCount;
 }
@@ -233,9 +242,9 @@ void readBlock(FdcReader& reader, std::uint32_t id) {
     }
     auto block = itemOf<BlockEntry>(service, id);
     block.kind = kind->kind;
-    block.label = reader.section->texts.keepTerminated(*label);
+    block.label = recordMemory().keepTerminated(*label);
     readLines(reader, block);
-    reader.section->blocks.push_back(block);
+    reader.newBlocks.push_back(block);
     ++service.counts[*counterOfType(typeOfBlock(kind->kind))];
     ++reader.section->blockCount;
 }
@@ -248,7 +257,7 @@ void readCondition(FdcReader& reader, std::uint32_t id, ConditionKind kind) {
     }
     auto condition = itemOf<ConditionEntry>(service, id);
     condition.kind = kind;
-    condition.text = reader.section->texts.keepTerminated(*text);
+    condition.text = recordMemory().keepTerminated(*text);
     readLines(reader, condition);
     reader.newConditions.push_back(condition);
     std::uint32_t outcomes = 1;
@@ -324,6 +333,9 @@ bool readBody(FdcReader& reader) {
     }
     reader.currentService = nullptr;
     reader.byName.clear();
+    reader.newExits.clear();
+    reader.newCalls.clear();
+    reader.newBlocks.clear();
     bool more = true;
     do { // a section describes at least one item
         readBodyLine(reader);
@@ -489,18 +501,20 @@ void freeSection(std::unique_ptr<FileDescription> section) {
     }
 }
 
-// Brings the items of each service together, in line order, and shows the services where theirs stand.
+// Takes over the items read, those of each service together and in line order, and shows the services where
+// theirs stand.
 template <typename Entry>
-void groupByService(FileDescription& section, std::vector<Entry>& entries, std::span<Entry> Service::*range) {
+void keepByService(FileDescription& section, std::vector<Entry>& read, std::pmr::vector<Entry>& kept,
+                   std::span<Entry> Service::*range) {
     const auto inServiceOrder = [](const Entry& left, const Entry& right) {
         return left.service < right.service;
     };
-    entries.shrink_to_fit();
-    if (!std::is_sorted(entries.begin(), entries.end(), inServiceOrder)) {
-        std::stable_sort(entries.begin(), entries.end(), inServiceOrder);
+    if (!std::is_sorted(read.begin(), read.end(), inServiceOrder)) {
+        std::stable_sort(read.begin(), read.end(), inServiceOrder);
     }
-    for (auto first = entries.begin(); first != entries.end();) {
-        const auto last = std::find_if(first, entries.end(), [service = first->service](const Entry& entry) {
+    kept.assign(read.begin(), read.end());
+    for (auto first = kept.begin(); first != kept.end();) {
+        const auto last = std::find_if(first, kept.end(), [service = first->service](const Entry& entry) {
             return entry.service != service;
         });
         section.services[first->service].*range = std::span<Entry>(first, last);
@@ -510,7 +524,7 @@ void groupByService(FileDescription& section, std::vector<Entry>& entries, std::
 
 // Keeps the finished section for the model, unless an earlier file has supplied it.
 void keepSection(FdcReader& reader) {
-    const FileDescription& section = *reader.section;
+    FileDescription& section = *reader.section;
     if (findDescription(section.fileKey, section.checksum).description != nullptr) {
         freeSection(std::move(reader.section));
         if (!std::exchange(reader.redundancySaid, true)) {
@@ -521,10 +535,10 @@ void keepSection(FdcReader& reader) {
         }
         return;
     }
-    groupByService(*reader.section, reader.section->exits, &Service::exits);
-    groupByService(*reader.section, reader.section->calls, &Service::calls);
-    groupByService(*reader.section, reader.section->blocks, &Service::blocks);
-    indexItems(*reader.section);
+    keepByService(section, reader.newExits, section.exits, &Service::exits);
+    keepByService(section, reader.newCalls, section.calls, &Service::calls);
+    keepByService(section, reader.newBlocks, section.blocks, &Service::blocks);
+    indexItems(section);
     reader.sections.push_back(std::move(reader.section));
 }
 

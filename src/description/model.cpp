@@ -11,6 +11,7 @@ namespace veldacov {
 namespace {
 
 struct ModelState {
+    Arena records; // what follows lies in it, or looks into it
     DescriptionList descriptions;
     // The first description of each key, and of each key with checksum.
     std::unordered_map<std::uint32_t, FileDescription*> byKey;
@@ -23,9 +24,13 @@ struct ModelState {
     ProvenConditions proven;
 };
 
+std::unique_ptr<ModelState>& modelOwner() {
+    static auto owner = std::make_unique<ModelState>();
+    return owner;
+}
+
 ModelState& model() {
-    static ModelState state;
-    return state;
+    return *modelOwner();
 }
 
 std::uint64_t keyWithChecksum(std::uint32_t fileKey, std::uint32_t checksum) {
@@ -184,6 +189,10 @@ void sumCounters(CoverageCounters& into, const CoverageCounters& from) {
     }
 }
 
+Arena& recordMemory() {
+    return model().records;
+}
+
 DescriptionList& loadedDescriptions() {
     return model().descriptions;
 }
@@ -205,7 +214,7 @@ void addDescription(std::unique_ptr<FileDescription> description) {
 }
 
 void freeAllDescriptions() {
-    model() = {};
+    modelOwner() = std::make_unique<ModelState>();
 }
 
 FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum) {
@@ -357,7 +366,7 @@ std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t
 }
 
 void appendConditions(Service& service, std::span<const ConditionEntry> entries) {
-    std::vector<ConditionEntry>& conditions = service.conditions;
+    std::pmr::vector<ConditionEntry>& conditions = service.conditions;
     const auto doesNotAscend = [](const ConditionEntry& left, const ConditionEntry& right) {
         return left.id >= right.id;
     };

@@ -9,13 +9,14 @@
 //           Composition               a compound condition; its cases are entries of `conditions`
 //             ModifiedCondition       one per basic condition, with the pairs of cases that prove it
 //
-// Each record owns what is below it. Records stay where they are once their file is loaded; from then on only
-// hits, flags and placeholders change.
+// Each record owns what is below it, in the memory of the model's arena. Records stay where they are once their
+// file is loaded; from then on only hits, flags and placeholders change.
 
 #include <array>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 #include <span>
 #include <string>
@@ -24,9 +25,12 @@
 #include <vector>
 
 #include "description/name_pool.h"
-#include "support/text_store.h"
+#include "support/arena.h"
 
 namespace veldacov {
+
+// The memory of all records; it is given back by freeAllDescriptions.
+Arena& recordMemory();
 
 // Bits of a coverage-type mask, shared by options, descriptions and outputs.
 namespace type {
@@ -105,7 +109,7 @@ struct CallEntry : CoverageItem {
 enum class BlockKind : std::uint8_t { Simple = 0, Implicit = 1, Logical = 2, Atc = 3 };
 struct BlockEntry : CoverageItem {
     BlockKind kind = BlockKind::Simple;
-    const char* label = ""; // in the texts of the description
+    const char* label = ""; // in the model's arena
 };
 
 enum class ConditionKind : std::uint8_t { Outcome = 0, Single = 1, Case = 2 };
@@ -113,7 +117,7 @@ enum class ConditionKind : std::uint8_t { Outcome = 0, Single = 1, Case = 2 };
 // text of its own: conditionText makes it.
 struct ConditionEntry : CoverageItem {
     ConditionKind kind = ConditionKind::Outcome;
-    const char* text = ""; // with its quotes; in the texts of the description
+    const char* text = ""; // with its quotes; in the model's arena
 };
 
 // Two cases that differ in one basic condition and in their outcome, as places in the service's conditions.
@@ -137,7 +141,7 @@ struct Composition {
     std::uint32_t frontier = 0; // leading cases with outcome true; expressionFrontier: `cases`
                                 // is an expression and `outcomes` tells
     std::vector<std::uint32_t> basicConditionIds;      // in order
-    std::string_view cases;                            // table or expression; in the texts of the description
+    std::string_view cases;                            // table or expression; in the model's arena
     std::vector<std::uint64_t> outcomes;               // bit c of the words: outcome of case c
     std::vector<ModifiedCondition> modifiedConditions; // in basic-condition order
 };
@@ -152,7 +156,7 @@ struct Service {
     std::span<ExitEntry> exits; // these three look at the items of the file
     std::span<CallEntry> calls;
     std::span<BlockEntry> blocks;
-    std::vector<ConditionEntry> conditions;
+    std::pmr::vector<ConditionEntry> conditions{&recordMemory()};
     std::vector<Composition> compositions;
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
@@ -168,11 +172,11 @@ struct Service {
 // others a hash table. An identifier that occurs in several services keeps the first item of each, in service
 // order.
 struct ItemIndex {
-    std::vector<CoverageItem*> dense;
+    std::pmr::vector<CoverageItem*> dense{&recordMemory()};
     // 1: the item has been hit in the current test, without a count, and another such hit changes nothing.
     // One per dense identifier; empty when identifiers repeat, because every hit moves the current service
     // then.
-    std::vector<std::uint8_t> plainlyHit;
+    std::pmr::vector<std::uint8_t> plainlyHit{&recordMemory()};
     std::unordered_map<std::uint32_t, CoverageItem*> sparse;
     std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
 };
@@ -203,13 +207,14 @@ struct FileDescription {
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
     std::array<BranchHitTable, 4> branchHitTables; // by kind
     bool keepsHits = false;                        // some table has had a hit since the last write
-    std::deque<Service> services;                  // in order of first mention; a deque: services never move
-    std::vector<ExitEntry> exits;                  // of all services: those of a service stand together
-    std::vector<CallEntry> calls;
-    std::vector<BlockEntry> blocks;
+    // In order of first mention; a deque: services never move.
+    std::pmr::deque<Service> services{&recordMemory()};
+    // Of all services; those of a service stand together.
+    std::pmr::vector<ExitEntry> exits{&recordMemory()};
+    std::pmr::vector<CallEntry> calls{&recordMemory()};
+    std::pmr::vector<BlockEntry> blocks{&recordMemory()};
     const NameEntry* sourceComment = nullptr;
     std::array<const NameEntry*, 4> tokenStrings{};
-    TextStore texts;                      // labels, condition texts, cases: what the records' views look at
     std::array<ItemIndex, 4> itemIndexes; // by kind; made by indexItems
 };
 

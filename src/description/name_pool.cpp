@@ -1,20 +1,78 @@
 #include "description/name_pool.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <deque>
+#include <memory>
+#include <memory_resource>
 
-#include "support/text_store.h"
+#include "support/arena.h"
 
 namespace veldacov {
 
 namespace {
 
-struct NamePool {
-    TextStore texts;
-    std::deque<NameEntry> entries; // a deque: entries never move
-    std::array<std::unordered_map<std::string_view, NameEntry*>, nameBucketCount> buckets;
+// The first eight bytes at most.
+std::uint64_t firstWord(std::string_view text) {
+    std::uint64_t value = 0;
+    std::memcpy(&value, text.data(), std::min(text.size(), sizeof value));
+    return value;
+}
+
+// Mixes eight bytes at a time: names are short, and look-ups many.
+std::size_t hashOf(std::string_view text) {
+    constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15;
+    std::uint64_t hash = text.size();
+    for (; text.size() > sizeof(std::uint64_t); text.remove_prefix(sizeof(std::uint64_t))) {
+        hash = (hash ^ firstWord(text)) * multiplier;
+        hash ^= hash >> 32U;
+    }
+    hash = (hash ^ firstWord(text)) * multiplier;
+    return hash ^ hash >> 32U;
+}
+
+// The names of one bucket by their hashes: an open table whose size is a power of two, at most half full. A
+// description of many services looks up or adds a name for every line; here this costs one access to cold memory.
+struct Bucket {
+    struct Slot {
+        std::size_t hash = 0;
+        NameEntry* name = nullptr; // none in a free slot
+    };
+    std::vector<Slot> slots;
+    std::size_t used = 0;
 };
-NamePool pool;
+
+struct NamePool {
+    Arena memory;
+    std::pmr::deque<NameEntry> entries{&memory}; // a deque: entries never move
+    std::array<Bucket, nameBucketCount> buckets;
+};
+
+// The slot of a text, or the free one where it belongs.
+Bucket::Slot& slotOf(std::vector<Bucket::Slot>& slots, std::size_t hash, std::string_view text) {
+    std::size_t place = hash & (slots.size() - 1);
+    while (slots[place].name != nullptr && (slots[place].hash != hash || slots[place].name->text != text)) {
+        place = (place + 1) & (slots.size() - 1);
+    }
+    return slots[place];
+}
+
+void grow(Bucket& bucket) {
+    constexpr std::size_t fewest = 16;
+    std::vector<Bucket::Slot> larger(std::max(fewest, 2 * bucket.slots.size()));
+    for (const Bucket::Slot& slot : bucket.slots) {
+        if (slot.name != nullptr) {
+            slotOf(larger, slot.hash, slot.name->text) = slot;
+        }
+    }
+    bucket.slots.swap(larger);
+}
+
+std::unique_ptr<NamePool>& poolOwner() {
+    static auto owner = std::make_unique<NamePool>();
+    return owner;
+}
 
 } // namespace
 
@@ -23,13 +81,17 @@ void initNamePool() {
 }
 
 void freeNamePool() {
-    pool = {};
+    poolOwner() = std::make_unique<NamePool>();
 }
 
 std::size_t nameBucket(std::string_view text) {
     std::uint32_t fold = 0x4A4A4A4A;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        fold ^= static_cast<std::uint32_t>(static_cast<unsigned char>(text[i])) << (8 * (i % 4));
+    while (!text.empty()) {
+        const std::string_view part = text.substr(0, sizeof(std::uint32_t)); // its first byte counts least
+        for (std::size_t i = 0; i < part.size(); ++i) {
+            fold ^= std::uint32_t{static_cast<unsigned char>(part[i])} << (8 * i);
+        }
+        text.remove_prefix(part.size());
     }
     return fold % nameBucketCount;
 }
@@ -38,14 +100,19 @@ NameEntry* internName(std::string_view text) {
     if (text.empty()) {
         return nullptr;
     }
-    auto& bucket = pool.buckets[nameBucket(text)];
-    if (const auto known = bucket.find(text); known != bucket.end()) {
-        return known->second;
+    NamePool& pool = *poolOwner();
+    Bucket& bucket = pool.buckets[nameBucket(text)];
+    if (2 * bucket.used >= bucket.slots.size()) {
+        grow(bucket);
     }
-    pool.entries.push_back({pool.texts.keep(text), 0});
-    NameEntry* entry = &pool.entries.back();
-    bucket.emplace(entry->text, entry);
-    return entry;
+    const std::size_t hash = hashOf(text);
+    Bucket::Slot& slot = slotOf(bucket.slots, hash, text);
+    if (slot.name == nullptr) {
+        pool.entries.push_back({pool.memory.keep(text), 0});
+        slot = {hash, &pool.entries.back()};
+        ++bucket.used;
+    }
+    return slot.name;
 }
 
 std::uint32_t addNameCount(NameCountList& list, const NameEntry* name) {

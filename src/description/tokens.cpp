@@ -1,6 +1,6 @@
 #include "description/tokens.h"
 
-#include <array>
+#include <bit>
 
 #include "support/machine.h"
 
@@ -8,30 +8,43 @@ namespace veldacov {
 
 namespace {
 
-using CharacterSet = std::array<bool, 256>;
-
-constexpr CharacterSet setOf(std::string_view characters) {
-    CharacterSet set{};
-    for (const char character : characters) {
-        set[static_cast<unsigned char>(character)] = true;
-    }
-    return set;
-}
-
-using namespace std::string_view_literals;
-constexpr CharacterSet tokenEnds = setOf(" \n\r\0"sv);
-constexpr CharacterSet quoteOrTokenEnds = setOf("\" \n\r\0"sv);
-constexpr CharacterSet quotedTextEnds = setOf("\"\\\n\0"sv);
-
-bool contains(const CharacterSet& set, char character) {
-    return set[static_cast<unsigned char>(character)];
-}
+constexpr CharacterSet quoteOrTokenEnds = setOf(std::string_view("\" \n\r\0", 5));
+constexpr std::string_view quotedTextEnders("\"\\\n\0", 4);
+constexpr CharacterSet quotedTextEnds = setOf(quotedTextEnders);
 
 const char* findAny(const char* at, const char* end, const CharacterSet& set) {
     while (at != end && !contains(set, *at)) {
         ++at;
     }
     return at;
+}
+
+// The characters of a word of eight, the first in the lowest place.
+std::uint64_t eightCharacters(const char* at) {
+    std::uint64_t word = 0;
+    for (unsigned place = 0; place < 8; ++place) {
+        word |= std::uint64_t{static_cast<unsigned char>(at[place])} << (8 * place);
+    }
+    return word;
+}
+
+// The first character that ends or interrupts a quoted text, looked for in eight characters at a time. Names make
+// up most of a description.
+const char* findQuotedTextEnd(const char* at, const char* end) {
+    constexpr std::uint64_t inAllPlaces = 0x0101010101010101;
+    constexpr std::uint64_t highBits = 0x8080808080808080;
+    for (; end - at >= 8; at += 8) {
+        const std::uint64_t word = eightCharacters(at);
+        std::uint64_t found = 0; // in the lowest place where one stands; places above it may be wrong
+        for (const char ender : quotedTextEnders) {
+            const std::uint64_t difference = word ^ inAllPlaces * static_cast<unsigned char>(ender);
+            found |= (difference - inAllPlaces) & ~difference;
+        }
+        if ((found & highBits) != 0) {
+            return at + std::countr_zero(found & highBits) / 8;
+        }
+    }
+    return findAny(at, end, quotedTextEnds);
 }
 
 const char* skipBlanks(const char* at, const char* end) {
@@ -41,18 +54,26 @@ const char* skipBlanks(const char* at, const char* end) {
     return at;
 }
 
-// The character just behind the closing quote; null when the line has none. `at` is behind the opening quote.
-const char* behindClosingQuote(const char* at, const char* end) {
+// Where a quoted text ends: just behind its closing quote, null when the line has none.
+struct QuotedEnd {
+    const char* at = nullptr;
+    bool escapes = false; // there are some before it
+};
+
+// `at` is behind the opening quote.
+QuotedEnd endOfQuoted(const char* at, const char* end) {
+    bool escapes = false;
     for (;;) {
-        at = findAny(at, end, quotedTextEnds);
+        at = findQuotedTextEnd(at, end);
         if (at == end || *at == '\n' || *at == '\0') {
-            return nullptr;
+            return {};
         }
         if (*at == '"') {
-            return at + 1;
+            return {at + 1, escapes};
         }
-        if (++at == end || *at == '\n' || *at == '\0') { // of an escape
-            return nullptr;
+        escapes = true;
+        if (++at == end || *at == '\n' || *at == '\0') {
+            return {};
         }
         ++at;
     }
@@ -66,9 +87,6 @@ const char* behindSeparator(const char* separator, const char* end) {
 }
 
 std::string_view withoutEscapes(std::string_view quoted, std::string& scratch) {
-    if (quoted.find('\\') == std::string_view::npos) {
-        return quoted;
-    }
     scratch.clear();
     for (std::size_t i = 0; i < quoted.size(); ++i) {
         const bool escape =
@@ -88,14 +106,15 @@ std::string_view withoutQuotes(std::string_view quoted) {
 
 } // namespace
 
-std::optional<std::string_view> nextToken(Line& line) {
-    const char* start = skipBlanks(line.cursor, line.end);
-    const char* at = findAny(start, line.end, tokenEnds);
-    if (at == line.end || *at == '\0') {
-        return std::nullopt;
+bool skipQuotedString(Line& line, std::string_view text) {
+    const std::string_view rest(line.cursor, static_cast<std::size_t>(line.end - line.cursor));
+    const std::size_t closing = text.size() + 1;
+    const bool isNext = rest.size() > closing + 1 && rest[0] == '"' && rest[closing] == '"' &&
+                        rest[closing + 1] == ' ' && rest.substr(1, text.size()) == text;
+    if (isNext) {
+        line.cursor += closing + 2;
     }
-    line.cursor = *at == ' ' ? at + 1 : line.end;
-    return std::string_view(start, static_cast<std::size_t>(at - start));
+    return isNext;
 }
 
 std::optional<std::string_view> nextQuotedString(Line& line, std::string& scratch) {
@@ -103,12 +122,14 @@ std::optional<std::string_view> nextQuotedString(Line& line, std::string& scratc
     if (open == line.end || *open != '"') {
         return std::nullopt;
     }
-    const char* close = behindClosingQuote(open + 1, line.end);
-    if (close == nullptr || close == line.end || (*close != ' ' && *close != '\r' && *close != '\n')) {
+    const QuotedEnd close = endOfQuoted(open + 1, line.end);
+    if (close.at == nullptr || close.at == line.end ||
+        (*close.at != ' ' && *close.at != '\r' && *close.at != '\n')) {
         return std::nullopt;
     }
-    line.cursor = behindSeparator(close, line.end);
-    return withoutEscapes(std::string_view(open, static_cast<std::size_t>(close - open)), scratch);
+    line.cursor = behindSeparator(close.at, line.end);
+    const std::string_view quoted(open, static_cast<std::size_t>(close.at - open));
+    return close.escapes ? withoutEscapes(quoted, scratch) : quoted;
 }
 
 void reportUnreadableField(const char* field, std::string_view fileName) {
@@ -116,23 +137,18 @@ void reportUnreadableField(const char* field, std::string_view fileName) {
                 field, fileName);
 }
 
-std::string_view readNameText(Line& line, std::string& scratch, const char* field,
-                              std::string_view fileName) {
+NameEntry* readNamedString(Line& line, const char* field, std::string_view fileName) {
+    std::string scratch;
     const std::optional<std::string_view> quoted = nextQuotedString(line, scratch);
     if (!quoted) {
         reportUnreadableField(field, fileName);
     }
-    const std::string_view name = withoutQuotes(*quoted);
-    if (name.empty()) {
+    NameEntry* name = internName(withoutQuotes(*quoted));
+    if (name == nullptr) {
         reportField(translate("fdcL-Error", "Empty %1 %2", "%1 is a message, %2 a file name"), field,
                     fileName);
     }
     return name;
-}
-
-NameEntry* readNamedString(Line& line, const char* field, std::string_view fileName) {
-    std::string scratch;
-    return internName(readNameText(line, scratch, field, fileName));
 }
 
 NameEntry* readNamedString(Line& line) {

@@ -5,6 +5,8 @@
 //
 // Texts that are returned lie in the line itself, or in the caller's scratch string, and are valid as long.
 
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,9 +16,51 @@
 
 namespace veldacov {
 
+// Characters to look for, by their value.
+using CharacterSet = std::array<bool, 256>;
+constexpr CharacterSet setOf(std::string_view characters) {
+    CharacterSet set{};
+    for (const char character : characters) {
+        set[static_cast<unsigned char>(character)] = true;
+    }
+    return set;
+}
+constexpr bool contains(const CharacterSet& set, char character) {
+    return set[static_cast<unsigned char>(character)];
+}
+inline constexpr CharacterSet tokenEnds = setOf(std::string_view(" \n\r\0", 4));
+
 // The next run of characters up to a blank or the end of the line. A blank just before the line end leaves
 // one empty token. None when the line has no more, and for a run that no blank or line end closes.
-std::optional<std::string_view> nextToken(Line& line);
+inline std::optional<std::string_view> nextToken(Line& line) {
+    const char* start = line.cursor;
+    while (start != line.end && *start == ' ') {
+        ++start;
+    }
+    const char* at = start;
+    while (at != line.end && !contains(tokenEnds, *at)) {
+        ++at;
+    }
+    if (at == line.end || *at == '\0') {
+        return std::nullopt;
+    }
+    line.cursor = *at == ' ' ? at + 1 : line.end;
+    return std::string_view(start, static_cast<std::size_t>(at - start));
+}
+
+// The decimal number in the next token; a missing or malformed one is a fatal error (see readDecimalValue).
+inline std::uint32_t nextDecimal(Line& line, std::string_view fileName) {
+    const char* at = line.cursor;
+    std::uint32_t value = 0;
+    for (; at != line.end && *at >= '0' && *at <= '9'; ++at) {
+        value = value * 10 + static_cast<std::uint32_t>(*at - '0'); // wraps at 2^32 on purpose
+    }
+    if (at == line.cursor || at == line.end || (*at != ' ' && *at != '\n')) {
+        return readDecimalValue(nextToken(line), fileName); // everything but the usual form
+    }
+    line.cursor = *at == ' ' ? at + 1 : line.end;
+    return value;
+}
 
 // The next text between double quotes, both quotes included, with \\ and \" resolved; what stands before the
 // opening quote is dropped. None, and the line stays where it is, when the next field is not such a text, its
@@ -24,11 +68,13 @@ std::optional<std::string_view> nextToken(Line& line);
 // `scratch` holds the result when an escape had to be resolved.
 std::optional<std::string_view> nextQuotedString(Line& line, std::string& scratch);
 
+// Passes over the next quoted string if it is this text, character by character, and more of the line follows. For
+// texts without quotes and backslashes, which stand in the line as they are.
+bool skipQuotedString(Line& line, std::string_view text);
+
 // The name in the next quoted string. A missing or empty name is a fatal error that shows the field's
 // description (a source text of the context "fdcL-Error", translated only then) and the file.
 NameEntry* readNamedString(Line& line, const char* field, std::string_view fileName);
-// The same, not yet interned; `scratch` as above.
-std::string_view readNameText(Line& line, std::string& scratch, const char* field, std::string_view fileName);
 // The fatal error of a field that the line does not have.
 [[noreturn]] void reportUnreadableField(const char* field, std::string_view fileName);
 // An optional name: null when the string is missing or empty.

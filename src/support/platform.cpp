@@ -10,7 +10,9 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <malloc.h>
 #include <pwd.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -195,6 +197,17 @@ std::optional<FileStatus> fileStatus(const std::string& path) {
         return std::nullopt;
     }
     return FileStatus{status.st_mtime};
+}
+
+void keepFreedMemory() {
+    constexpr int largestBuffer = 32 * 1024 * 1024; // larger ones still come and go as mappings
+    ::mallopt(M_MMAP_THRESHOLD, largestBuffer);
+    ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    ::mallopt(M_TOP_PAD, 1024 * 1024);
+}
+
+void preferLargePages(void* block, std::size_t size) {
+    static_cast<void>(::madvise(block, size, MADV_HUGEPAGE));
 }
 
 std::optional<std::string> userName() {

@@ -70,6 +70,13 @@ struct FileStatus {
 // None when the file cannot be examined.
 std::optional<FileStatus> fileStatus(const std::string& path);
 
+// Keeps freed memory for the next request. Giving the buffers of one file back to the system and taking them anew
+// for the next would cost more than reading the files.
+void keepFreedMemory();
+
+// Asks for large pages behind a block of memory; without them nothing changes but the speed of first touches.
+void preferLargePages(void* block, std::size_t size);
+
 // Name of the effective user in the user database; none when the database does not know him.
 std::optional<std::string> userName();
 
