@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -160,18 +159,9 @@ void hitRecording(benchmark::State& state, Pattern pattern, bool counted) {
     settings.counted = counted;
     const Inputs inputs(settings);
     FileDescription& description = load(inputs.description());
-    std::array<std::span<const std::uint8_t>, itemKinds.size()> plainlyHit;
-    for (const ItemKind kind : itemKinds) {
-        plainlyHit[kindIndex(kind)] = description.itemIndexes[kindIndex(kind)].plainlyHit;
-    }
-    const auto record = [&](const Hit& hit) {
-        const std::span<const std::uint8_t> marks = plainlyHit[kindIndex(hit.kind)];
-        if (counted) {
-            recordHit(description, hit.kind, hit.id, hit.count, Counting::Accumulate);
-        } else if (hit.id >= marks.size() || marks[hit.id] == 0) {
-            recordHit(description, hit.kind, hit.id, hit.count, Counting::Replace);
-        }
-    };
+    const Counting counting = counted ? Counting::Accumulate : Counting::Replace;
+    const KnownHits known = knownHits(description, counting);
+    const auto record = [&](Hit hit) { recordHit(description, hit.kind, hit.id, hit.count, counting); };
     for (auto _ : state) {
         TraceCursor cursor = startOfTraces();
         cursor.currentPart = &description;
@@ -183,7 +173,7 @@ void hitRecording(benchmark::State& state, Pattern pattern, bool counted) {
                 cursor.countOriented = true;
             } else if (*kind >= LineKind::TP && *kind <= LineKind::TE) {
                 record(readHit(cursor, *kind));
-                takePlainHits(cursor, record);
+                takePlainHits(cursor, known, record);
             }
         }
         resetTestCounts();

@@ -427,8 +427,8 @@ void readHeader(FdcReader& reader) {
 }
 
 void checkSourceTime(const FileDescription& section, const std::string& sourcePath) {
-    const std::int64_t onDisk = fileModificationTime(sourcePath);
-    if (onDisk == 0 || section.sourceTime == 0) {
+    const std::int64_t onDisk = section.sourceTime != 0 ? fileModificationTime(sourcePath) : 0;
+    if (onDisk == 0) {
         return;
     }
     if (onDisk > section.sourceTime) {

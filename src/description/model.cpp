@@ -1,7 +1,7 @@
 #include "description/model.h"
 
 #include <algorithm>
-#include <bit>
+#include <unordered_set>
 #include <utility>
 
 #include "support/machine.h"
@@ -10,16 +10,22 @@ namespace veldacov {
 
 namespace {
 
+// Counts put aside for an item.
+struct CountedSeen {
+    std::uint32_t* aside = nullptr; // 1 + their sum
+    HitRecord* record = nullptr;
+};
+
 struct ModelState {
     Arena records; // what follows lies in it, or looks into it
     DescriptionList descriptions;
-    // The first description of each key, and of each key with checksum.
-    std::unordered_map<std::uint32_t, FileDescription*> byKey;
-    std::unordered_map<std::uint64_t, FileDescription*> byKeyAndChecksum;
+    std::unordered_set<std::uint32_t> keys;
+    std::unordered_map<std::uint64_t, FileDescription*> byKeyAndChecksum; // the first of each
     std::uint32_t currentService = 0;   // place of that of the item last found since the last findDescription
     std::vector<Service*> servicesHit;  // in the current test
     std::vector<HitRecord*> recordsHit; // with test hits to reset
-    std::vector<std::uint8_t*> marksSet; // of plain hits, to reset
+    std::vector<std::uint8_t*> plainSeen; // marks of plain hits
+    std::vector<CountedSeen> countedSeen;
     std::vector<Service*> servicesWithFirstHits;
     ProvenConditions proven;
 };
@@ -37,21 +43,6 @@ std::uint64_t keyWithChecksum(std::uint32_t fileKey, std::uint32_t checksum) {
     return std::uint64_t{fileKey} << 32U | checksum;
 }
 
-// By the place of the type's bit. An entry counts as a procedure branch, and beside it as a service entered.
-constexpr std::size_t noCounter = 10;
-constexpr std::array<std::size_t, 12> countersByTypeBit = {counter::procedureBranches,
-                                                           counter::procedureBranches,
-                                                           counter::calls,
-                                                           counter::simpleBlocks,
-                                                           noCounter,
-                                                           counter::implicitBlocks,
-                                                           counter::logicalBlocks,
-                                                           counter::atcBlocks,
-                                                           counter::basicConditions,
-                                                           counter::modifiedConditions,
-                                                           counter::compoundConditions,
-                                                           noCounter};
-
 void countCovered(CoverageCounters& covered, std::uint16_t coverageType) {
     if (coverageType == type::procedures) {
         covered[counter::services] = 1;
@@ -59,15 +50,6 @@ void countCovered(CoverageCounters& covered, std::uint16_t coverageType) {
     if (const std::optional<std::size_t> place = counterOfType(coverageType)) {
         ++covered[*place];
     }
-}
-
-std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
-    return count < mostHits && hits < mostHits - count ? hits + count : mostHits;
-}
-
-void addHits(HitRecord& record, std::uint32_t count) {
-    record.testHits = saturatingSum(record.testHits, count);
-    record.globalHits = saturatingSum(record.globalHits, count);
 }
 
 // Calls visit(item) for every item of a kind, in search order.
@@ -128,11 +110,28 @@ CoverageItem* itemIn(const ItemIndex& index, std::uint32_t id) {
     return known != index.sparse.end() ? known->second : nullptr;
 }
 
-void markPlainHit(ItemIndex& index, std::uint32_t id) {
-    if (id < index.plainlyHit.size() && index.plainlyHit[id] == 0) {
-        index.plainlyHit[id] = 1;
-        model().marksSet.push_back(&index.plainlyHit[id]);
+template <typename Number>
+void makeRoom(std::span<Number>& numbers, std::size_t size) {
+    auto* first = static_cast<Number*>(recordMemory().allocate(size * sizeof(Number), alignof(Number)));
+    numbers = {first, std::uninitialized_fill_n(first, size, Number{0})};
+}
+
+// Notes that the test has hit an item, for the next hits of the same counting.
+void noteHit(SeenHits& seen, CoverageItem& item, std::uint32_t count, Counting counting) {
+    if (counting == Counting::Accumulate) {
+        if (item.id < seen.counted.size() && seen.counted[item.id] == 0 && item.testHits != 0) {
+            seen.counted[item.id] = 1;
+            model().countedSeen.push_back({&seen.counted[item.id], &item});
+        }
+    } else if (count == 1 && item.id < seen.plain.size() && seen.plain[item.id] == 0) {
+        seen.plain[item.id] = 1;
+        model().plainSeen.push_back(&seen.plain[item.id]);
     }
+}
+
+void addHits(HitRecord& record, std::uint32_t count) {
+    record.testHits = saturatingSum(record.testHits, count);
+    record.globalHits = saturatingSum(record.globalHits, count);
 }
 
 void indexItemsOfKind(FileDescription& description, ItemKind kind) {
@@ -208,7 +207,7 @@ std::uint16_t typesOfAllDescriptions() {
 void addDescription(std::unique_ptr<FileDescription> description) {
     FileDescription* added = description.get();
     added->place = static_cast<std::uint32_t>(model().descriptions.size());
-    model().byKey.try_emplace(added->fileKey, added);
+    added->keySeenBefore = !model().keys.insert(added->fileKey).second;
     model().byKeyAndChecksum.try_emplace(keyWithChecksum(added->fileKey, added->checksum), added);
     model().descriptions.push_back(std::move(description));
 }
@@ -219,26 +218,19 @@ void freeAllDescriptions() {
 
 FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum) {
     model().currentService = 0;
-    const auto first = model().byKey.find(fileKey);
-    if (first == model().byKey.end()) {
-        return {};
-    }
     const auto match = model().byKeyAndChecksum.find(keyWithChecksum(fileKey, checksum));
-    FileDescription* found = match != model().byKeyAndChecksum.end() ? match->second : nullptr;
-    return {found, first->second != found};
+    if (match == model().byKeyAndChecksum.end()) {
+        return {nullptr, model().keys.contains(fileKey)};
+    }
+    return {match->second, match->second->keySeenBefore};
 }
 
 void indexItems(FileDescription& description) {
     for (const ItemKind kind : itemKinds) {
         indexItemsOfKind(description, kind);
     }
-    const bool anyRepeated = std::any_of(description.itemIndexes.begin(), description.itemIndexes.end(),
-                                         [](const ItemIndex& index) { return !index.repeated.empty(); });
-    if (!anyRepeated) {
-        for (ItemIndex& index : description.itemIndexes) {
-            index.plainlyHit.resize(index.dense.size());
-        }
-    }
+    description.idsRepeat = std::any_of(description.itemIndexes.begin(), description.itemIndexes.end(),
+                                        [](const ItemIndex& index) { return !index.repeated.empty(); });
 }
 
 CoverageItem* findItem(FileDescription& description, ItemKind kind, std::uint32_t id) {
@@ -269,26 +261,40 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
                                     "%1 is a file name"),
                           {description.fdcName}));
     }
-    if (counting == Counting::Accumulate && !model().marksSet.empty()) {
-        forgetPlainHits();
-    }
-    if (counting == Counting::Accumulate &&
-        item->testHits != 0) { // covered already, in this test and overall
-        addHits(*item, count);
-        return;
+    const bool otherSeen =
+        counting == Counting::Accumulate ? !model().plainSeen.empty() : !model().countedSeen.empty();
+    if (otherSeen) {
+        settleHits();
     }
     Service& service = description.services[item->service];
     countHit(service, *item, typeOfItem(service, kind, *item), count, counting);
-    if (count == 1 && counting == Counting::Replace) {
-        markPlainHit(description.itemIndexes[kindIndex(kind)], id);
-    }
+    noteHit(description.seenHits[kindIndex(kind)], *item, count, counting);
 }
 
-void forgetPlainHits() {
-    for (std::uint8_t* mark : model().marksSet) {
+const SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting) {
+    SeenHits& seen = description.seenHits[kindIndex(kind)];
+    const bool isMissing = counting == Counting::Accumulate ? seen.counted.empty() : seen.plain.empty();
+    if (isMissing && !description.idsRepeat) {
+        const std::size_t size = description.itemIndexes[kindIndex(kind)].dense.size();
+        if (counting == Counting::Accumulate) {
+            makeRoom(seen.counted, size);
+        } else {
+            makeRoom(seen.plain, size);
+        }
+    }
+    return seen;
+}
+
+void settleHits() {
+    for (std::uint8_t* mark : model().plainSeen) {
         *mark = 0;
     }
-    model().marksSet.clear();
+    model().plainSeen.clear();
+    for (const CountedSeen& seen : model().countedSeen) {
+        addHits(*seen.record, *seen.aside - 1);
+        *seen.aside = 0;
+    }
+    model().countedSeen.clear();
 }
 
 void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, std::uint32_t count,
@@ -338,6 +344,7 @@ ProvenConditions& provenConditions() {
 }
 
 void resetTestCounts() {
+    settleHits();
     for (HitRecord* record : model().recordsHit) {
         record->testHits = 0;
     }
@@ -345,7 +352,6 @@ void resetTestCounts() {
         service->testCovered = {};
         service->touchedInTest = false;
     }
-    forgetPlainHits();
     model().proven.countedInTest = 0;
     model().recordsHit.clear();
     model().servicesHit.clear();
@@ -420,24 +426,6 @@ std::string pairsText(const Service& service, const Composition& composition, st
         text += ')';
     }
     return text;
-}
-
-std::optional<std::size_t> counterOfType(std::uint16_t coverageType) {
-    const auto bit = static_cast<std::size_t>(std::countr_zero(coverageType));
-    if (bit >= countersByTypeBit.size() || countersByTypeBit[bit] == noCounter) {
-        return std::nullopt;
-    }
-    return countersByTypeBit[bit];
-}
-
-std::uint16_t typeOfCondition(ConditionKind kind) {
-    return kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions;
-}
-
-std::uint16_t typeOfBlock(BlockKind kind) {
-    constexpr std::array types = {type::simpleBlocks, type::implicitBlocks, type::logicalBlocks,
-                                  type::atcBlocks};
-    return types[static_cast<std::size_t>(kind)];
 }
 
 } // namespace veldacov

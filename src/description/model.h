@@ -13,6 +13,7 @@
 // file is loaded; from then on only hits, flags and placeholders change.
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -66,6 +67,26 @@ using CoverageCounters = std::array<std::uint32_t, 10>;
 
 void sumCounters(CoverageCounters& into, const CoverageCounters& from);
 
+// The counter of the items of a coverage type, none for types that count nothing. Entries count twice: as a
+// procedure branch, and beside it as a service entered (see countHit).
+constexpr std::optional<std::size_t> counterOfType(std::uint16_t coverageType) {
+    constexpr std::size_t none = 10;
+    constexpr std::array<std::size_t, 12> byTypeBit = {counter::procedureBranches,
+                                                       counter::procedureBranches,
+                                                       counter::calls,
+                                                       counter::simpleBlocks,
+                                                       none,
+                                                       counter::implicitBlocks,
+                                                       counter::logicalBlocks,
+                                                       counter::atcBlocks,
+                                                       counter::basicConditions,
+                                                       counter::modifiedConditions,
+                                                       counter::compoundConditions,
+                                                       none};
+    const auto bit = static_cast<std::size_t>(std::countr_zero(coverageType));
+    return bit < byTypeBit.size() && byTypeBit[bit] != none ? std::optional(byTypeBit[bit]) : std::nullopt;
+}
+
 enum class ItemKind : std::uint8_t { Procedure = 1, Call = 2, Block = 3, Condition = 4 };
 inline constexpr std::array itemKinds = {ItemKind::Procedure, ItemKind::Call, ItemKind::Block,
                                          ItemKind::Condition};
@@ -107,12 +128,20 @@ struct CallEntry : CoverageItem {
 };
 
 enum class BlockKind : std::uint8_t { Simple = 0, Implicit = 1, Logical = 2, Atc = 3 };
+constexpr std::uint16_t typeOfBlock(BlockKind kind) {
+    constexpr std::array types = {type::simpleBlocks, type::implicitBlocks, type::logicalBlocks,
+                                  type::atcBlocks};
+    return types[static_cast<std::size_t>(kind)];
+}
 struct BlockEntry : CoverageItem {
     BlockKind kind = BlockKind::Simple;
     const char* label = ""; // in the model's arena
 };
 
 enum class ConditionKind : std::uint8_t { Outcome = 0, Single = 1, Case = 2 };
+constexpr std::uint16_t typeOfCondition(ConditionKind kind) {
+    return kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions;
+}
 // The two outcomes of a condition are adjacent, the true one first, and share one text object. A case has no
 // text of its own: conditionText makes it.
 struct ConditionEntry : CoverageItem {
@@ -173,12 +202,16 @@ struct Service {
 // order.
 struct ItemIndex {
     std::pmr::vector<CoverageItem*> dense{&recordMemory()};
-    // 1: the item has been hit in the current test, without a count, and another such hit changes nothing.
-    // One per dense identifier; empty when identifiers repeat, because every hit moves the current service
-    // then.
-    std::pmr::vector<std::uint8_t> plainlyHit{&recordMemory()};
     std::unordered_map<std::uint32_t, CoverageItem*> sparse;
     std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
+};
+
+// Most hits are of items that the current test has hit before. So that these need not look at the item, recordHit
+// notes by kind and dense identifier what is known; empty spans when identifiers repeat in the description.
+struct SeenHits {
+    std::span<std::uint8_t> plain; // 1: hit in the test without a count; another such hit changes nothing
+    std::span<std::uint32_t>
+        counted; // 0, or hit in the test with counts: 1 + the counts since, yet to be added
 };
 
 // Hits kept for the cleaned trace, for one hit keyword. What is kept goes with each write; the room of a described
@@ -201,7 +234,10 @@ struct FileDescription {
     std::uint32_t callCount = 0;
     std::uint32_t blockCount = 0;
     std::uint32_t conditionCount = 0;
-    std::uint32_t place = 0;        // in loadedDescriptions
+    std::uint32_t place = 0; // in loadedDescriptions
+    bool idsRepeat = false;  // items of a kind have one identifier; each hit moves the current service then
+    std::array<SeenHits, itemKinds.size()> seenHits; // by kind; see there
+    bool keySeenBefore = false;     // an earlier description has its key, and another checksum
     bool placeholder = false;       // made for a traced file that nothing describes
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
@@ -253,8 +289,14 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
                Counting counting);
 void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
               Counting counting);
-// Takes back all marks of items plainly hit, so that their next hits are seen again.
-void forgetPlainHits();
+// Of a kind; the room for hits of the given counting is there. Valid as long as the description.
+const SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting);
+// Adds the counts that are yet to be added, and forgets what is known: every hit has to be recorded again. Before
+// anything looks at the hits of items.
+void settleHits();
+constexpr std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
+    return count < mostHits && hits < mostHits - count ? hits + count : mostHits;
+}
 
 // The services that were hit in the current test, each once, in the order of their first hits.
 const std::vector<Service*>& servicesHitInTest();
@@ -292,12 +334,6 @@ inline std::uint32_t blockLine(const BlockEntry& block) {
 // The texts of a modified condition's pairs, "#<n> (case/case), (case/case)"; empty when it has no pair.
 // `place` is that of the modified condition in its composition.
 std::string pairsText(const Service& service, const Composition& composition, std::size_t place);
-
-// The counter of the items of a coverage type, none for types that count nothing. Entries count twice: see
-// countHit.
-std::optional<std::size_t> counterOfType(std::uint16_t coverageType);
-std::uint16_t typeOfBlock(BlockKind kind);
-std::uint16_t typeOfCondition(ConditionKind kind);
 
 // Calls visit(record, coverage type) for every item and modified condition of a service, in the order entry,
 // exits, calls, blocks, conditions, modified conditions.

@@ -101,7 +101,7 @@ void writeHitStep(FlowState& flow, const Service& service, ItemKind kind, const 
     }
 }
 
-void retellHit(FlowState& flow, const Hit& hit) {
+void retellHit(FlowState& flow, Hit hit) {
     if ((flow.types & typesOfKind(hit.kind)) == 0) {
         return;
     }
@@ -114,7 +114,7 @@ void retellHit(FlowState& flow, const Hit& hit) {
 // A hit line, and those in plain form that follow it.
 void handleHits(FlowState& flow, LineKind kind) {
     retellHit(flow, readHit(flow.trace, kind));
-    takePlainHits(flow.trace, [&flow](const Hit& hit) { retellHit(flow, hit); });
+    takePlainHits(flow.trace, noKnownHits, [&flow](Hit hit) { retellHit(flow, hit); });
 }
 
 void retellTrace(FlowState& flow, const std::string& traceFile) {

@@ -24,7 +24,7 @@ std::uint32_t describedItems(const FileDescription& description, ItemKind kind) 
     internalError(translate("Internal Error", "Bad bigramme in AddTioBranch()"));
 }
 
-void keepDescribedHit(FileDescription& description, const Hit& hit) {
+void keepDescribedHit(FileDescription& description, Hit hit) {
     BranchHitTable& table = description.branchHitTables[kindIndex(hit.kind)];
     if (hit.id >= table.isKept.size()) {
         const std::uint32_t size = describedItems(description, hit.kind);
@@ -39,7 +39,7 @@ void keepDescribedHit(FileDescription& description, const Hit& hit) {
     }
 }
 
-void keepPlaceholderHit(FileDescription& placeholder, const Hit& hit) {
+void keepPlaceholderHit(FileDescription& placeholder, Hit hit) {
     std::uint32_t& entry = placeholder.branchHitTables[kindIndex(hit.kind)].counts[hit.id];
     entry = placeholder.countOriented ? entry + hit.count : 1; // the sum wraps at 2^32
 }
@@ -119,7 +119,7 @@ void openCleanedTrace(TraceSession& session) {
 
 } // namespace
 
-void AddTioBranch(TraceSession& session, const Hit& hit) {
+void AddTioBranch(TraceSession& session, Hit hit) {
     FileDescription& part = *session.trace.currentPart;
     if (!part.keepsHits) {
         part.keepsHits = true;
@@ -158,7 +158,7 @@ void writeCleanedTrace(TraceSession& session) {
         forgetHits(*part);
     }
     session.keptParts.clear();
-    forgetPlainHits(); // the next write keeps them anew
+    settleHits(); // the next write keeps them anew
 }
 
 } // namespace veldacov

@@ -9,7 +9,7 @@
 namespace veldacov {
 
 // Keeps a hit of the current part. An identifier that a described file cannot have is an internal error.
-void AddTioBranch(TraceSession& session, const Hit& hit);
+void AddTioBranch(TraceSession& session, Hit hit);
 
 // Writes what is kept as one test, and lets go of it. Creates the file at the first call; a failure is a
 // fatal error.

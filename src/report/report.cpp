@@ -59,6 +59,7 @@ void finishCio(TraceSession& session) {
 }
 
 void writeFinalReport(TraceSession& session) {
+    settleHits();
     if (session.options->global) {
         session.trace.currentTest = nullptr;
         writeTestReport(session);

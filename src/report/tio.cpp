@@ -193,6 +193,19 @@ Hit readHit(TraceCursor& cursor, LineKind kind) {
     return hit;
 }
 
+KnownHits knownHits(FileDescription& description, Counting counting) {
+    KnownHits known = noKnownHits;
+    for (const ItemKind kind : itemKinds) {
+        const SeenHits& seen = seenHits(description, kind, counting);
+        KnownHits::Items& items = KnownHits::ofKeyword(known, KnownHits::keywordOf(kind));
+        items.plain = seen.plain.data();
+        items.counted = seen.counted.data();
+        items.size = static_cast<std::uint32_t>(counting == Counting::Accumulate ? seen.counted.size()
+                                                                                 : seen.plain.size());
+    }
+    return known;
+}
+
 std::string_view keywordOf(ItemKind kind) {
     return keywords[static_cast<std::size_t>(LineKind::TP) + kindIndex(kind)];
 }

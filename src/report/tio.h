@@ -18,9 +18,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "description/model.h"
 #include "description/name_pool.h"
@@ -103,13 +103,44 @@ struct Hit {
 // `kind` is that of the line, TP to TE.
 Hit readHit(TraceCursor& cursor, LineKind kind);
 
+// Items whose hits have been seen (see SeenHits), by the keyword of their hits.
+struct KnownHits {
+    struct Items {
+        const std::uint8_t* plain = nullptr;
+        std::uint32_t* counted = nullptr;
+        std::uint32_t size = 0;    // of the one that is used
+        std::uint32_t keyword = 0; // its two letters and the blank behind them, the first in the lowest place
+        ItemKind kind = ItemKind::Procedure;
+    };
+    // By the second letter of the keyword, whose last three bits tell the four letters apart.
+    std::array<Items, 8> byLetter{};
+
+    static constexpr std::uint32_t keywordOf(ItemKind kind) {
+        const std::uint32_t letter = static_cast<unsigned char>("PABE"[kindIndex(kind)]);
+        return std::uint32_t{'T'} | letter << 8U | std::uint32_t{' '} << 16U;
+    }
+    template <typename Known>
+    static constexpr auto& ofKeyword(Known& known, std::uint32_t keyword) {
+        return known.byLetter[keyword >> 8U & 7U];
+    }
+};
+inline constexpr KnownHits noKnownHits = [] {
+    KnownHits known;
+    for (const ItemKind kind : itemKinds) {
+        const std::uint32_t keyword = KnownHits::keywordOf(kind);
+        KnownHits::ofKeyword(known, keyword) = {nullptr, nullptr, 0, keyword, kind};
+    }
+    return known;
+}();
+KnownHits knownHits(FileDescription& description, Counting counting);
+
 // Takes the hit lines that stand next in their plain form, as programs write them (keyword, identifier, and a
-// count in counted tests; one blank between, no other characters), and calls take(hit) for each. Stops before
-// any other line, and near the end of the bytes in hand; what it leaves is read by nextTraceLine and means
-// the same. Only for states that deliver hits, with a current part. It goes forward through the bytes once:
-// this is where the time of a run goes.
+// count in counted tests; one blank between, no other characters), and calls take(hit) for each that is not of
+// a known item; the counts of known ones are put aside. Stops before any other line, and near the end of the bytes in hand; what it leaves is read by
+// nextTraceLine and means the same. Only for states that deliver hits, with a current part. It goes forward
+// through the bytes once: this is where the time of a run goes.
 template <typename Take>
-void takePlainHits(TraceCursor& cursor, Take take);
+void takePlainHits(TraceCursor& cursor, const KnownHits& known, Take take);
 
 // The coverage types whose use lets a hit of this kind be recorded.
 constexpr std::uint16_t typesOfKind(ItemKind kind) {
@@ -124,17 +155,15 @@ std::string_view keywordOf(ItemKind kind);
 
 namespace detail {
 
-// Kind of a hit by the second letter of its keyword.
-inline constexpr std::array<std::int16_t, 256> kindOfLetter = [] {
-    std::array<std::int16_t, 256> kinds{};
-    kinds.fill(-1);
-    for (const auto& [letter, kind] :
-         {std::pair{'P', ItemKind::Procedure}, std::pair{'A', ItemKind::Call},
-          std::pair{'B', ItemKind::Block}, std::pair{'E', ItemKind::Condition}}) {
-        kinds[static_cast<unsigned char>(letter)] = static_cast<std::int16_t>(kind);
-    }
-    return kinds;
-}();
+constexpr std::ptrdiff_t longestPlainHit = 2 + 1 + 8 + 1 + 8 + 2;
+
+constexpr std::uint32_t fourCharacters(const char* at) {
+    const auto byte = [at](std::size_t place) {
+        return std::uint32_t{static_cast<unsigned char>(at[place])};
+    };
+    return byte(0) | byte(1) << 8U | byte(2) << 16U | byte(3) << 24U;
+}
+constexpr std::uint32_t keywordMask = 0xFFFFFF;
 
 // Reads one to eight hexadecimal digits; null when there is none. A ninth digit is left standing.
 inline const char* takeHex(const char* at, std::uint32_t& value) {
@@ -153,38 +182,63 @@ inline const char* takeHex(const char* at, std::uint32_t& value) {
     return at + 1;
 }
 
+// The line behind a plain line end; null when there is none.
+inline const char* behindLineEnd(const char* at) {
+    if (*at == '\n') {
+        return at + 1;
+    }
+    return at[0] == '\r' && at[1] == '\n' ? at + 2 : nullptr;
+}
+
+template <bool counted>
+bool isKnown(const KnownHits::Items& items, std::uint32_t id, std::uint32_t count) {
+    if (id >= items.size) {
+        return false;
+    }
+    if constexpr (counted) {
+        std::uint32_t& aside = items.counted[id];
+        const bool known = aside != 0;
+        aside = known ? saturatingSum(aside, count) : 0;
+        return known;
+    } else {
+        return items.plain[id] != 0;
+    }
+}
+
+// Gives the first line that it leaves.
+template <bool counted, typename Take>
+const char* takePlainHits(const char* line, const char* end, const KnownHits& known, Take take) {
+    while (end - line >= longestPlainHit) {
+        const std::uint32_t keyword = fourCharacters(line) & keywordMask;
+        const KnownHits::Items& items = KnownHits::ofKeyword(known, keyword);
+        std::uint32_t id = 0;
+        const char* at = items.keyword == keyword ? takeHex(line + 3, id) : nullptr;
+        std::uint32_t count = 1;
+        if (counted && at != nullptr) {
+            at = *at == ' ' ? takeHex(at + 1, count) : nullptr;
+        }
+        const char* nextLine = at != nullptr ? behindLineEnd(at) : nullptr;
+        if (nextLine == nullptr) {
+            break;
+        }
+        if (!isKnown<counted>(items, id, count)) {
+            take(Hit{items.kind, id, count});
+        }
+        line = nextLine;
+    }
+    return line;
+}
+
 } // namespace detail
 
 template <typename Take>
-void takePlainHits(TraceCursor& cursor, Take take) {
-    constexpr std::ptrdiff_t longestLine = 2 + 1 + 8 + 1 + 8 + 2;
-    const char* line = cursor.stream.buffer.get() + cursor.stream.begin;
-    const char* const end = cursor.stream.buffer.get() + cursor.stream.end;
-    const bool counted = cursor.countOriented;
-    while (end - line >= longestLine && line[0] == 'T' && line[2] == ' ') {
-        const int kind = detail::kindOfLetter[static_cast<unsigned char>(line[1])];
-        if (kind < 0) {
-            break;
-        }
-        Hit hit;
-        hit.kind = static_cast<ItemKind>(kind);
-        const char* at = detail::takeHex(line + 3, hit.id);
-        if (at != nullptr && counted) {
-            at = *at == ' ' ? detail::takeHex(at + 1, hit.count) : nullptr;
-        }
-        if (at == nullptr) {
-            break;
-        }
-        if (*at == '\r') {
-            ++at;
-        }
-        if (*at != '\n') {
-            break;
-        }
-        take(hit);
-        line = at + 1;
-    }
-    cursor.stream.begin = static_cast<std::size_t>(line - cursor.stream.buffer.get());
+void takePlainHits(TraceCursor& cursor, const KnownHits& known, Take take) {
+    const char* const buffer = cursor.stream.buffer.get();
+    const char* const line = buffer + cursor.stream.begin;
+    const char* const end = buffer + cursor.stream.end;
+    const char* const left = cursor.countOriented ? detail::takePlainHits<true>(line, end, known, take)
+                                                  : detail::takePlainHits<false>(line, end, known, take);
+    cursor.stream.begin = static_cast<std::size_t>(left - buffer);
 }
 
 } // namespace veldacov

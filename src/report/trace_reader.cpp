@@ -1,8 +1,6 @@
 #include "report/trace_reader.h"
 
-#include <array>
 #include <memory>
-#include <span>
 
 #include "description/conditions.h"
 #include "report/auth.h"
@@ -56,6 +54,49 @@ void handleTestLine(TraceSession& session) {
     enterTest(session, line);
 }
 
+// What becomes of the hits of the current part, as long as no other line changes it.
+struct HitTreatment {
+    FileDescription* part = nullptr;
+    Counting counting = Counting::Replace;
+    std::uint16_t recordedTypes = 0;
+    bool kept = false;             // for the cleaned trace
+    KnownHits known = noKnownHits; // has been recorded, and kept
+};
+
+HitTreatment hitTreatment(const TraceSession& session) {
+    const TraceCursor& trace = session.trace;
+    HitTreatment treatment;
+    treatment.part = trace.currentPart;
+    treatment.counting = trace.countOriented ? Counting::Accumulate : Counting::Replace;
+    treatment.kept = session.options->cleanFile.has_value();
+    if (trace.state == ReadState::Recording && !trace.currentPart->placeholder) {
+        treatment.recordedTypes = session.typesInUse;
+        treatment.known = knownHits(*trace.currentPart, treatment.counting);
+    }
+    return treatment;
+}
+
+void takeHit(TraceSession& session, const HitTreatment& treatment, Hit hit) {
+    if ((treatment.recordedTypes & typesOfKind(hit.kind)) != 0) {
+        recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
+    }
+    if (treatment.kept) {
+        AddTioBranch(session, hit);
+    }
+}
+
+void takePlainHits(TraceSession& session) {
+    const HitTreatment treatment = hitTreatment(session);
+    takePlainHits(session.trace, treatment.known, [&](Hit hit) { takeHit(session, treatment, hit); });
+}
+
+// A hit line, and those in plain form that follow it.
+void handleHits(TraceSession& session, LineKind kind) {
+    const Hit hit = readHit(session.trace, kind);
+    takeHit(session, hitTreatment(session), hit);
+    takePlainHits(session);
+}
+
 FileDescription* addPlaceholder(const TraceSession& session, const PartKey& part, bool otherChecksum) {
     auto placeholder = std::make_unique<FileDescription>();
     placeholder->placeholder = true;
@@ -96,6 +137,7 @@ void handleFilePart(TraceSession& session) {
     if (!session.trace.countOriented) {
         session.someUncounted = true;
     }
+    takePlainHits(session);
 }
 
 void handleCountLine(TraceSession& session) {
@@ -103,58 +145,6 @@ void handleCountLine(TraceSession& session) {
     if (session.trace.state == ReadState::Recording) {
         session.someCounted = true;
     }
-}
-
-// What becomes of the hits of the current part, as long as no other line changes it. The arrays are by kind.
-struct HitTreatment {
-    FileDescription* part = nullptr;
-    Counting counting = Counting::Replace;
-    bool kept = false; // for the cleaned trace
-    std::array<bool, itemKinds.size()> recorded{};
-    std::array<std::span<const std::uint8_t>, itemKinds.size()> plainlyHit; // none where hits are counted
-};
-
-HitTreatment hitTreatment(const TraceSession& session) {
-    const TraceCursor& trace = session.trace;
-    HitTreatment treatment;
-    treatment.part = trace.currentPart;
-    treatment.counting = trace.countOriented ? Counting::Accumulate : Counting::Replace;
-    treatment.kept = session.options->cleanFile.has_value();
-    if (trace.state == ReadState::Recording && !trace.currentPart->placeholder) {
-        for (const ItemKind kind : itemKinds) {
-            treatment.recorded[kindIndex(kind)] = (session.typesInUse & typesOfKind(kind)) != 0;
-            if (!trace.countOriented) {
-                treatment.plainlyHit[kindIndex(kind)] =
-                    trace.currentPart->itemIndexes[kindIndex(kind)].plainlyHit;
-            }
-        }
-    }
-    return treatment;
-}
-
-void takeNewHit(TraceSession& session, const HitTreatment& treatment, const Hit& hit) {
-    if (treatment.recorded[kindIndex(hit.kind)]) {
-        recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
-    }
-    if (treatment.kept) {
-        AddTioBranch(session, hit);
-    }
-}
-
-// What was plainly hit before has been recorded, and kept for the cleaned trace.
-void takeHit(TraceSession& session, const HitTreatment& treatment, const Hit& hit) {
-    const std::span<const std::uint8_t> marks = treatment.plainlyHit[kindIndex(hit.kind)];
-    if (hit.id >= marks.size() || marks[hit.id] == 0) {
-        takeNewHit(session, treatment, hit);
-    }
-}
-
-// A hit line, and those in plain form that follow it.
-void handleHits(TraceSession& session, LineKind kind) {
-    const Hit hit = readHit(session.trace, kind);
-    const HitTreatment treatment = hitTreatment(session);
-    takeHit(session, treatment, hit);
-    takePlainHits(session.trace, [&](const Hit& plainHit) { takeHit(session, treatment, plainHit); });
 }
 
 } // namespace
@@ -179,6 +169,7 @@ void closeTest(TraceSession& session) {
     }
     computeModifiedConditionHits();
     if (!session.options->global) {
+        settleHits();
         writeTestReport(session);
         session.testReported = true;
     }
