@@ -1,11 +1,13 @@
 #include "driver/argscov.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QtGlobal>
 
 #include "description/model.h"
@@ -89,12 +91,64 @@ SummaryLevel requestedLevel() {
     return summary.value() == "FILE" ? SummaryLevel::File : SummaryLevel::Service;
 }
 
-// The files that a positional value names: those of its directory that match it as the toolkit's name filter
-// (which may hold several patterns), or the value itself when nothing does.
-void expandInputFile(const std::string& value, std::vector<std::string>& inputFiles) {
+// Directories of input files. A command line may name thousands of files of one directory, which is listed once.
+class Directories {
+public:
+    // The entries of a directory that match a name filter of the toolkit: several patterns may stand in it, and case
+    // does not matter.
+    QStringList matches(const QString& directory, const QString& nameFilter) {
+        if (isPlain(nameFilter)) {
+            const QStringList entries = alike(directory, nameFilter);
+            if (entries.size() <= 1) {
+                return entries;
+            }
+        }
+        return QDir(directory, nameFilter).entryList();
+    }
+
+private:
+    using EntriesByName = QMultiHash<QString, QString>; // by names without case
+
+    static bool isPlain(const QString& name) {
+        return !name.isEmpty() && std::all_of(name.begin(), name.end(), [](QChar character) {
+            return character.unicode() < 128 &&
+                   (character.isLetterOrNumber() || QStringLiteral("._-+").contains(character));
+        });
+    }
+
+    // Those whose names differ from the given one at most in case.
+    QStringList alike(const QString& directory, const QString& name) {
+        QStringList found;
+        for (const QString& entry : entriesOf(directory).values(name.toCaseFolded())) {
+            if (entry.compare(name, Qt::CaseInsensitive) == 0) { // a folded letter may stand for two
+                found.push_back(entry);
+            }
+        }
+        return found;
+    }
+
+    const EntriesByName& entriesOf(const QString& directory) {
+        const auto known = listed_.constFind(directory);
+        if (known != listed_.constEnd()) {
+            return *known;
+        }
+        EntriesByName& entries = listed_[directory];
+        for (const QString& entry : QDir(directory).entryList()) {
+            entries.insert(entry.toCaseFolded(), entry);
+        }
+        return entries;
+    }
+
+    QHash<QString, EntriesByName> listed_;
+};
+
+// The files that a positional value names: those of its directory that match it, or the value itself when nothing
+// does.
+void expandInputFile(Directories& directories, const std::string& value,
+                     std::vector<std::string>& inputFiles) {
     const QFileInfo pattern(QFile::decodeName(value.c_str()));
     const QString directory = pattern.path();
-    const QStringList entries = QDir(directory, pattern.fileName()).entryList();
+    const QStringList entries = directories.matches(directory, pattern.fileName());
     if (entries.isEmpty()) {
         inputFiles.push_back(value);
     }
@@ -215,8 +269,9 @@ bool analyseCommandLine(std::vector<std::string> words, CoverageOptions& options
     if (expandArguments(words) != 0 || decodeCommandLine(words) != 0) {
         return false;
     }
+    Directories directories;
     for (std::size_t n = 1; const ValueNode* file = positionalValue(1, n); ++n) {
-        expandInputFile(file->text, options.inputFiles);
+        expandInputFile(directories, file->text, options.inputFiles);
     }
     options.coverageTypes = requestedTypes();
     options.outputFile = Given("OUTPUT").value();
