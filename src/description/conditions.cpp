@@ -216,6 +216,11 @@ CaseMasks masksOf(const Composition& composition) {
     return masks;
 }
 
+// Without the population count, which the oldest processors do not have and compilers therefore call.
+bool hasSingleBit(std::uint64_t word) {
+    return word != 0 && (word & (word - 1)) == 0;
+}
+
 // The only position where two cases differ and both care; none when there is no such position or several.
 std::optional<std::size_t> onlyDifference(const CaseMasks& masks, std::size_t a, std::size_t b) {
     std::optional<std::size_t> position;
@@ -229,7 +234,7 @@ std::optional<std::size_t> onlyDifference(const CaseMasks& masks, std::size_t a,
         if (differences == 0) {
             continue;
         }
-        if (position || !std::has_single_bit(differences)) {
+        if (position || !hasSingleBit(differences)) {
             return std::nullopt;
         }
         position = word * wordBits + static_cast<std::size_t>(std::countr_zero(differences));
@@ -238,15 +243,23 @@ std::optional<std::size_t> onlyDifference(const CaseMasks& masks, std::size_t a,
 }
 
 // One pass over the pairs finds those of all basic conditions.
-void pairByComparison(Composition& composition, const CaseMasks& masks, const CasePlaces& places) {
+template <typename OnlyDifference>
+void pairByComparison(Composition& composition, const CasePlaces& places, OnlyDifference onlyDifferenceOf) {
     const std::uint32_t trueCases = std::min(composition.frontier, composition.caseCount);
     for (std::uint32_t a = 0; a < trueCases; ++a) {
         for (std::uint32_t b = trueCases; b < composition.caseCount; ++b) {
-            if (const auto position = onlyDifference(masks, a, b)) {
+            if (const auto position = onlyDifferenceOf(a, b)) {
                 addPair(&composition.modifiedConditions[*position], places(a), places(b));
             }
         }
     }
+}
+
+// The same for two characters and one word, the usual case.
+std::optional<std::size_t> onlyDifferenceInWord(const CaseMasks& masks, std::size_t a, std::size_t b) {
+    const std::uint64_t differences = (masks.values[a] ^ masks.values[b]) & masks.cares[a] & masks.cares[b];
+    return hasSingleBit(differences) ? std::optional(static_cast<std::size_t>(std::countr_zero(differences)))
+                                     : std::nullopt;
 }
 
 // Without don't-cares, and with two characters and one word, the partners of a case are known: the false
@@ -286,10 +299,15 @@ void pairTableCases(Composition& composition, const CasePlaces& places) {
     if (masks.planes == 0) {
         return; // one character besides X: no two cases differ
     }
-    if (!masks.anyDontCare && masks.planes == 1 && masks.words == 1) {
+    const bool isSimple = masks.planes == 1 && masks.words == 1;
+    if (isSimple && !masks.anyDontCare) {
         pairByLookup(composition, masks, places);
+    } else if (isSimple) {
+        pairByComparison(composition, places,
+                         [&](std::size_t a, std::size_t b) { return onlyDifferenceInWord(masks, a, b); });
     } else {
-        pairByComparison(composition, masks, places);
+        pairByComparison(composition, places,
+                         [&](std::size_t a, std::size_t b) { return onlyDifference(masks, a, b); });
     }
 }
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include <QtGlobal>
@@ -30,10 +29,9 @@ struct FdcReader {
     std::vector<ExitEntry> newExits;   // of the section, in line order
     std::vector<CallEntry> newCalls;
     std::vector<BlockEntry> newBlocks;
-    std::vector<ConditionEntry> newConditions;             // of the current service, not yet in its list
-    std::string scratch;                                   // for texts with escapes
-    std::unordered_map<const NameEntry*, Service*> byName; // services of the section
-    DescriptionList sections;                              // finished ones, in order of appearance
+    std::vector<ConditionEntry> newConditions; // of the current service, not yet in its list
+    std::string scratch;                       // for texts with escapes
+    DescriptionList sections;                  // finished ones, in order of appearance
     bool redundancySaid = false;
 };
 
@@ -140,15 +138,17 @@ void storeConditions(FdcReader& reader) {
     }
 }
 
-Service* findOrAddService(FdcReader& reader, const NameEntry* name) {
+// The name remembers the place of its service; in another section another service stands there, or none.
+Service* findOrAddService(FdcReader& reader, NameEntry* name) {
     std::pmr::deque<Service>& services = reader.section->services;
-    const auto [known, isNew] = reader.byName.try_emplace(name, nullptr);
-    if (isNew) {
-        known->second = &services.emplace_back();
-        known->second->name = name;
-        known->second->place = static_cast<std::uint32_t>(services.size() - 1);
+    if (name->place < services.size() && services[name->place].name == name) {
+        return &services[name->place];
     }
-    return known->second;
+    name->place = static_cast<std::uint32_t>(services.size());
+    Service& service = services.emplace_back();
+    service.name = name;
+    service.place = name->place;
+    return &service;
 }
 
 // Makes the service named next the current one; a new one is appended. Most lines name that of the line before.
@@ -157,7 +157,7 @@ Service& nextService(FdcReader& reader, const char* field) {
         skipQuotedString(reader.line, reader.currentService->name->text)) {
         return *reader.currentService;
     }
-    const NameEntry* name = nextName(reader, field);
+    NameEntry* name = nextName(reader, field);
     if (reader.currentService == nullptr || reader.currentService->name != name) {
         storeConditions(reader);
         reader.currentService = findOrAddService(reader, name);
@@ -332,7 +332,6 @@ bool readBody(FdcReader& reader) {
         fatalError(translate("fdcL-Error", "No data in FDC"));
     }
     reader.currentService = nullptr;
-    reader.byName.clear();
     reader.newExits.clear();
     reader.newCalls.clear();
     reader.newBlocks.clear();

@@ -175,10 +175,17 @@ struct Composition {
     std::vector<ModifiedCondition> modifiedConditions; // in basic-condition order
 };
 
-struct Service {
+// Descriptions and traces may jump from service to service: what every line touches stands in the first cache line,
+// what hits touch behind it.
+struct alignas(64) Service {
     const NameEntry* name = nullptr;
     std::uint32_t place = 0; // in the services of its file
+    std::uint32_t firstLine = 4294967295;
+    std::uint32_t lastLine = 0;
     CoverageCounters counts{};
+    bool hasFirstHits = false;       // stands in the list of takeServicesWithFirstHits
+    bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
+    std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
     CoverageCounters testCovered{};
     CoverageCounters globalCovered{};
     std::optional<CoverageItem> entry;
@@ -187,11 +194,6 @@ struct Service {
     std::span<BlockEntry> blocks;
     std::pmr::vector<ConditionEntry> conditions{&recordMemory()};
     std::vector<Composition> compositions;
-    std::uint32_t firstLine = 4294967295;
-    std::uint32_t lastLine = 0;
-    bool hasFirstHits = false;       // stands in the list of takeServicesWithFirstHits
-    bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
-    std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
     std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> conditionPlaces;

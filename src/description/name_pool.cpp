@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <deque>
 #include <memory>
 #include <memory_resource>
+#include <new>
+#include <utility>
 
 #include "support/arena.h"
 
@@ -39,18 +40,25 @@ struct Bucket {
         std::size_t hash = 0;
         NameEntry* name = nullptr; // none in a free slot
     };
-    std::vector<Slot> slots;
+    std::pmr::vector<Slot> slots;
     std::size_t used = 0;
 };
 
 struct NamePool {
     Arena memory;
-    std::pmr::deque<NameEntry> entries{&memory}; // a deque: entries never move
     std::array<Bucket, nameBucketCount> buckets;
 };
 
+// An entry with its text right behind it: comparing a text looks at both.
+NameEntry* makeEntry(Arena& memory, std::string_view text) {
+    void* place = memory.allocate(sizeof(NameEntry) + text.size(), alignof(NameEntry));
+    auto* copy = static_cast<char*>(place) + sizeof(NameEntry);
+    std::copy_n(text.data(), text.size(), copy);
+    return new (place) NameEntry{{copy, text.size()}};
+}
+
 // The slot of a text, or the free one where it belongs.
-Bucket::Slot& slotOf(std::vector<Bucket::Slot>& slots, std::size_t hash, std::string_view text) {
+Bucket::Slot& slotOf(std::pmr::vector<Bucket::Slot>& slots, std::size_t hash, std::string_view text) {
     std::size_t place = hash & (slots.size() - 1);
     while (slots[place].name != nullptr && (slots[place].hash != hash || slots[place].name->text != text)) {
         place = (place + 1) & (slots.size() - 1);
@@ -58,15 +66,15 @@ Bucket::Slot& slotOf(std::vector<Bucket::Slot>& slots, std::size_t hash, std::st
     return slots[place];
 }
 
-void grow(Bucket& bucket) {
+void grow(Bucket& bucket, Arena& memory) {
     constexpr std::size_t fewest = 16;
-    std::vector<Bucket::Slot> larger(std::max(fewest, 2 * bucket.slots.size()));
+    std::pmr::vector<Bucket::Slot> larger(std::max(fewest, 2 * bucket.slots.size()), &memory);
     for (const Bucket::Slot& slot : bucket.slots) {
         if (slot.name != nullptr) {
             slotOf(larger, slot.hash, slot.name->text) = slot;
         }
     }
-    bucket.slots.swap(larger);
+    bucket.slots = std::move(larger);
 }
 
 std::unique_ptr<NamePool>& poolOwner() {
@@ -103,13 +111,12 @@ NameEntry* internName(std::string_view text) {
     NamePool& pool = *poolOwner();
     Bucket& bucket = pool.buckets[nameBucket(text)];
     if (2 * bucket.used >= bucket.slots.size()) {
-        grow(bucket);
+        grow(bucket, pool.memory);
     }
     const std::size_t hash = hashOf(text);
     Bucket::Slot& slot = slotOf(bucket.slots, hash, text);
     if (slot.name == nullptr) {
-        pool.entries.push_back({pool.memory.keep(text), 0});
-        slot = {hash, &pool.entries.back()};
+        slot = {hash, makeEntry(pool.memory, text)};
         ++bucket.used;
     }
     return slot.name;
