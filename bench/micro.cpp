@@ -160,7 +160,8 @@ void hitRecording(benchmark::State& state, Pattern pattern, bool counted) {
     const Inputs inputs(settings);
     FileDescription& description = load(inputs.description());
     const Counting counting = counted ? Counting::Accumulate : Counting::Replace;
-    const KnownHits known = knownHits(description, counting);
+    constexpr std::uint16_t allTypes = 0xFFFF;
+    const KnownHits known = knownHits(description, counting, allTypes, false);
     const auto record = [&](Hit hit) { recordHit(description, hit.kind, hit.id, hit.count, counting); };
     for (auto _ : state) {
         TraceCursor cursor = startOfTraces();

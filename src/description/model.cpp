@@ -24,7 +24,7 @@ struct ModelState {
     std::uint32_t currentService = 0;   // place of that of the item last found since the last findDescription
     std::vector<Service*> servicesHit;  // in the current test
     std::vector<HitRecord*> recordsHit; // with test hits to reset
-    std::vector<std::uint8_t*> plainSeen; // marks of plain hits
+    std::vector<std::uint8_t*> plainSeen; // bits of items with plain hits
     std::vector<CountedSeen> countedSeen;
     std::vector<Service*> servicesWithFirstHits;
     ProvenConditions proven;
@@ -123,10 +123,17 @@ void noteHit(SeenHits& seen, CoverageItem& item, std::uint32_t count, Counting c
             seen.counted[item.id] = 1;
             model().countedSeen.push_back({&seen.counted[item.id], &item});
         }
-    } else if (count == 1 && item.id < seen.plain.size() && seen.plain[item.id] == 0) {
-        seen.plain[item.id] = 1;
+    } else if (count == 1 && item.id < seen.plain.size() && (seen.plain[item.id] & seen::plainHit) == 0) {
+        seen.plain[item.id] |= seen::plainHit;
         model().plainSeen.push_back(&seen.plain[item.id]);
     }
+}
+
+void forgetPlainHits() {
+    for (std::uint8_t* bits : model().plainSeen) {
+        *bits &= static_cast<std::uint8_t>(~seen::plainHit);
+    }
+    model().plainSeen.clear();
 }
 
 void addHits(HitRecord& record, std::uint32_t count) {
@@ -147,7 +154,7 @@ void indexItemsOfKind(FileDescription& description, ItemKind kind) {
         return;
     }
     ItemIndex& index = description.itemIndexes[kindIndex(kind)];
-    index.dense.resize(std::min<std::size_t>(largest, slack * count) + 1);
+    index.dense.resize(std::max(count, std::min<std::size_t>(largest, slack * count) + 1));
     forEachItemOfKind(description, kind, [&](CoverageItem& item) { addToIndex(index, item); });
 }
 
@@ -261,35 +268,29 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
                                     "%1 is a file name"),
                           {description.fdcName}));
     }
-    const bool otherSeen =
-        counting == Counting::Accumulate ? !model().plainSeen.empty() : !model().countedSeen.empty();
-    if (otherSeen) {
-        settleHits();
+    if (counting == Counting::Accumulate) {
+        forgetPlainHits();
+    } else {
+        settleCounts();
     }
     Service& service = description.services[item->service];
     countHit(service, *item, typeOfItem(service, kind, *item), count, counting);
-    noteHit(description.seenHits[kindIndex(kind)], *item, count, counting);
+    if (!description.idsRepeat) {
+        noteHit(description.seenHits[kindIndex(kind)], *item, count, counting);
+    }
 }
 
-const SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting) {
+SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting) {
     SeenHits& seen = description.seenHits[kindIndex(kind)];
-    const bool isMissing = counting == Counting::Accumulate ? seen.counted.empty() : seen.plain.empty();
-    if (isMissing && !description.idsRepeat) {
-        const std::size_t size = description.itemIndexes[kindIndex(kind)].dense.size();
-        if (counting == Counting::Accumulate) {
-            makeRoom(seen.counted, size);
-        } else {
-            makeRoom(seen.plain, size);
-        }
+    if (counting == Counting::Accumulate && seen.counted.empty()) {
+        makeRoom(seen.counted, description.itemIndexes[kindIndex(kind)].dense.size());
+    } else if (counting == Counting::Replace && seen.plain.empty()) {
+        makeRoom(seen.plain, description.itemIndexes[kindIndex(kind)].dense.size());
     }
     return seen;
 }
 
-void settleHits() {
-    for (std::uint8_t* mark : model().plainSeen) {
-        *mark = 0;
-    }
-    model().plainSeen.clear();
+void settleCounts() {
     for (const CountedSeen& seen : model().countedSeen) {
         addHits(*seen.record, *seen.aside - 1);
         *seen.aside = 0;
@@ -344,7 +345,8 @@ ProvenConditions& provenConditions() {
 }
 
 void resetTestCounts() {
-    settleHits();
+    settleCounts();
+    forgetPlainHits();
     for (HitRecord* record : model().recordsHit) {
         record->testHits = 0;
     }

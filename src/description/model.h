@@ -199,8 +199,8 @@ struct alignas(64) Service {
     std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> conditionPlaces;
 };
 
-// Items of one kind by identifier. Dense identifiers index an array (null where there is no such item),
-// others a hash table. An identifier that occurs in several services keeps the first item of each, in service
+// Items of one kind by identifier. Dense identifiers, at least as many as there are items, index an array (null
+// where there is no such item), others a hash table. An identifier that occurs in several services keeps the first item of each, in service
 // order.
 struct ItemIndex {
     std::pmr::vector<CoverageItem*> dense{&recordMemory()};
@@ -209,19 +209,20 @@ struct ItemIndex {
 };
 
 // Most hits are of items that the current test has hit before. So that these need not look at the item, recordHit
-// notes by kind and dense identifier what is known; empty spans when identifiers repeat in the description.
+// notes by kind and dense identifier what is known. Nothing is noted where identifiers repeat.
 struct SeenHits {
-    std::span<std::uint8_t> plain; // 1: hit in the test without a count; another such hit changes nothing
-    std::span<std::uint32_t>
-        counted; // 0, or hit in the test with counts: 1 + the counts since, yet to be added
+    std::span<std::uint8_t> plain;    // bits of namespace seen
+    std::span<std::uint32_t> counted; // 0, or 1 + the counts since the test's first hit, yet to be added
 };
+namespace seen {
+constexpr std::uint8_t plainHit = 0x01; // hit in the test without a count; another such hit changes nothing
+constexpr std::uint8_t kept = 0x02;     // kept for the cleaned trace; owned by it
+} // namespace seen
 
-// Hits kept for the cleaned trace, for one hit keyword. What is kept goes with each write; the room of a described
-// file's table stays.
+// Hits kept for the cleaned trace, for one hit keyword; they go with each write.
 struct BranchHitTable {
-    std::vector<std::uint8_t> isKept;   // of a described file: 1 for every item that was hit
-    std::vector<std::uint32_t> idsKept; // the identifiers of these items
-    std::unordered_map<std::uint32_t, std::uint32_t> counts; // of a placeholder
+    std::vector<std::uint32_t> idsKept;                      // of a described file: each item once
+    std::unordered_map<std::uint32_t, std::uint32_t> counts; // of a placeholder, by identifier
 };
 
 struct FileDescription {
@@ -292,10 +293,10 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
 void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
               Counting counting);
 // Of a kind; the room for hits of the given counting is there. Valid as long as the description.
-const SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting);
-// Adds the counts that are yet to be added, and forgets what is known: every hit has to be recorded again. Before
-// anything looks at the hits of items.
-void settleHits();
+SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting);
+// Adds the counts that are yet to be added, and forgets that they were seen. Due before anything looks at the hits
+// of items.
+void settleCounts();
 constexpr std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
     return count < mostHits && hits < mostHits - count ? hits + count : mostHits;
 }

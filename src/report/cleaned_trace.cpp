@@ -1,6 +1,8 @@
 #include "report/cleaned_trace.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,8 +13,6 @@
 namespace veldacov {
 
 namespace {
-
-using KeptHit = std::pair<std::uint32_t, std::uint32_t>; // identifier, count
 
 std::uint32_t describedItems(const FileDescription& description, ItemKind kind) {
     switch (kind) {
@@ -25,17 +25,13 @@ std::uint32_t describedItems(const FileDescription& description, ItemKind kind) 
 }
 
 void keepDescribedHit(FileDescription& description, Hit hit) {
-    BranchHitTable& table = description.branchHitTables[kindIndex(hit.kind)];
-    if (hit.id >= table.isKept.size()) {
-        const std::uint32_t size = describedItems(description, hit.kind);
-        if (hit.id >= size) {
-            internalError(translate("Internal Error", "Ident is too big in AddTioBranch"));
-        }
-        table.isKept.resize(size);
+    if (hit.id >= describedItems(description, hit.kind)) {
+        internalError(translate("Internal Error", "Ident is too big in AddTioBranch"));
     }
-    if (table.isKept[hit.id] == 0) {
-        table.isKept[hit.id] = 1;
-        table.idsKept.push_back(hit.id);
+    std::uint8_t& bits = seenHits(description, hit.kind, Counting::Replace).plain[hit.id];
+    if ((bits & seen::kept) == 0) {
+        bits |= seen::kept;
+        description.branchHitTables[kindIndex(hit.kind)].idsKept.push_back(hit.id);
     }
 }
 
@@ -65,46 +61,67 @@ std::string testLine(const TraceSession& session) {
     return test != nullptr ? "NT " + quoted(test->text) : "NT";
 }
 
-std::vector<KeptHit> keptHits(const BranchHitTable& table) {
-    std::vector<KeptHit> hits;
-    for (const std::uint32_t id : table.idsKept) {
-        hits.emplace_back(id, 1);
+// Calls visit(id) for the items kept of a described file, in ascending order.
+template <typename Visit>
+void forEachKept(FileDescription& description, ItemKind kind, Visit visit) {
+    constexpr std::size_t worthSorting = 16; // looking at all items beats sorting unless few are kept
+    std::vector<std::uint32_t>& ids = description.branchHitTables[kindIndex(kind)].idsKept;
+    const std::span<const std::uint8_t> seen = description.seenHits[kindIndex(kind)].plain;
+    if (ids.size() * worthSorting < seen.size()) {
+        std::sort(ids.begin(), ids.end());
+        std::for_each(ids.begin(), ids.end(), visit);
+        return;
     }
-    for (const auto& [id, count] : table.counts) {
-        if (count > 0) {
-            hits.emplace_back(id, count);
+    for (std::uint32_t id = 0; id < seen.size(); ++id) {
+        if ((seen[id] & seen::kept) != 0) {
+            visit(id);
         }
     }
+}
+
+// Calls visit(id, count) for the items kept of a placeholder, in ascending order.
+template <typename Visit>
+void forEachCounted(const BranchHitTable& table, Visit visit) {
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> hits(table.counts.begin(), table.counts.end());
     std::sort(hits.begin(), hits.end());
-    return hits;
-}
-
-void writeHits(TraceSession& session, ItemKind kind, const BranchHitTable& table) {
-    for (const auto& [id, count] : keptHits(table)) {
-        session.cleanStream.put(keywordOf(kind));
-        session.cleanStream.put(' ');
-        session.cleanStream.put(hexText(id).view());
-        if (session.trace.countOriented) {
-            session.cleanStream.put(' ');
-            session.cleanStream.put(hexText(count).view());
+    for (const auto& [id, count] : hits) {
+        if (count > 0) {
+            visit(id, count);
         }
-        session.cleanStream.put('\n');
     }
 }
 
-void writePart(TraceSession& session, const FileDescription& description) {
+void writeHit(TraceSession& session, ItemKind kind, std::uint32_t id, std::uint32_t count) {
+    constexpr std::size_t longest = 2 + 1 + 8 + 1 + 8 + 1;
+    std::array<char, longest> line{};
+    const std::string_view keyword = keywordOf(kind);
+    char* at = std::copy(keyword.begin(), keyword.end(), line.data());
+    *at++ = ' ';
+    at = putHex(at, id);
+    if (session.trace.countOriented) {
+        *at++ = ' ';
+        at = putHex(at, count);
+    }
+    *at++ = '\n';
+    session.cleanStream.put({line.data(), static_cast<std::size_t>(at - line.data())});
+}
+
+void writePart(TraceSession& session, FileDescription& description) {
     putLine(session.cleanStream, "FT ", hexText(description.fileKey).view());
     putLine(session.cleanStream, "DC ", hexText(description.checksum).view());
     for (const ItemKind kind : itemKinds) {
-        writeHits(session, kind, description.branchHitTables[kindIndex(kind)]);
+        forEachKept(description, kind, [&](std::uint32_t id) { writeHit(session, kind, id, 1); });
+        forEachCounted(description.branchHitTables[kindIndex(kind)],
+                       [&](std::uint32_t id, std::uint32_t count) { writeHit(session, kind, id, count); });
     }
 }
 
 void forgetHits(FileDescription& part) {
     part.keepsHits = false;
-    for (BranchHitTable& table : part.branchHitTables) {
+    for (const ItemKind kind : itemKinds) {
+        BranchHitTable& table = part.branchHitTables[kindIndex(kind)];
         for (const std::uint32_t id : table.idsKept) {
-            table.isKept[id] = 0;
+            part.seenHits[kindIndex(kind)].plain[id] &= static_cast<std::uint8_t>(~seen::kept);
         }
         table.idsKept.clear();
         table.counts.clear();
@@ -158,7 +175,7 @@ void writeCleanedTrace(TraceSession& session) {
         forgetHits(*part);
     }
     session.keptParts.clear();
-    settleHits(); // the next write keeps them anew
+    settleCounts(); // items seen with counts are to be kept anew, too
 }
 
 } // namespace veldacov

@@ -59,7 +59,7 @@ void finishCio(TraceSession& session) {
 }
 
 void writeFinalReport(TraceSession& session) {
-    settleHits();
+    settleCounts();
     if (session.options->global) {
         session.trace.currentTest = nullptr;
         writeTestReport(session);

@@ -111,6 +111,7 @@ struct KnownHits {
         std::uint32_t size = 0;    // of the one that is used
         std::uint32_t keyword = 0; // its two letters and the blank behind them, the first in the lowest place
         ItemKind kind = ItemKind::Procedure;
+        std::uint8_t needed = 0; // bits that plain hits of known items have
     };
     // By the second letter of the keyword, whose last three bits tell the four letters apart.
     std::array<Items, 8> byLetter{};
@@ -128,11 +129,12 @@ inline constexpr KnownHits noKnownHits = [] {
     KnownHits known;
     for (const ItemKind kind : itemKinds) {
         const std::uint32_t keyword = KnownHits::keywordOf(kind);
-        KnownHits::ofKeyword(known, keyword) = {nullptr, nullptr, 0, keyword, kind};
+        KnownHits::ofKeyword(known, keyword) = {nullptr, nullptr, 0, keyword, kind, 0};
     }
     return known;
 }();
-KnownHits knownHits(FileDescription& description, Counting counting);
+// What is known of a description where hits are recorded for some coverage types, or kept for the cleaned trace.
+KnownHits knownHits(FileDescription& description, Counting counting, std::uint16_t recordedTypes, bool kept);
 
 // Takes the hit lines that stand next in their plain form, as programs write them (keyword, identifier, and a
 // count in counted tests; one blank between, no other characters), and calls take(hit) for each that is not of
@@ -201,7 +203,7 @@ bool isKnown(const KnownHits::Items& items, std::uint32_t id, std::uint32_t coun
         aside = known ? saturatingSum(aside, count) : 0;
         return known;
     } else {
-        return items.plain[id] != 0;
+        return (items.plain[id] & items.needed) == items.needed;
     }
 }
 

@@ -1,6 +1,7 @@
 #include "report/trace_reader.h"
 
 #include <memory>
+#include <span>
 
 #include "description/conditions.h"
 #include "report/auth.h"
@@ -69,15 +70,22 @@ HitTreatment hitTreatment(const TraceSession& session) {
     treatment.part = trace.currentPart;
     treatment.counting = trace.countOriented ? Counting::Accumulate : Counting::Replace;
     treatment.kept = session.options->cleanFile.has_value();
-    if (trace.state == ReadState::Recording && !trace.currentPart->placeholder) {
-        treatment.recordedTypes = session.typesInUse;
-        treatment.known = knownHits(*trace.currentPart, treatment.counting);
+    if (!trace.currentPart->placeholder) {
+        treatment.recordedTypes = trace.state == ReadState::Recording ? session.typesInUse : std::uint16_t{0};
+        treatment.known =
+            knownHits(*trace.currentPart, treatment.counting, treatment.recordedTypes, treatment.kept);
     }
     return treatment;
 }
 
+bool isRecorded(const HitTreatment& treatment, Hit hit) {
+    const std::span<const std::uint8_t> seen = treatment.part->seenHits[kindIndex(hit.kind)].plain;
+    return treatment.counting == Counting::Replace && hit.id < seen.size() &&
+           (seen[hit.id] & seen::plainHit) != 0;
+}
+
 void takeHit(TraceSession& session, const HitTreatment& treatment, Hit hit) {
-    if ((treatment.recordedTypes & typesOfKind(hit.kind)) != 0) {
+    if ((treatment.recordedTypes & typesOfKind(hit.kind)) != 0 && !isRecorded(treatment, hit)) {
         recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
     }
     if (treatment.kept) {
@@ -169,7 +177,7 @@ void closeTest(TraceSession& session) {
     }
     computeModifiedConditionHits();
     if (!session.options->global) {
-        settleHits();
+        settleCounts();
         writeTestReport(session);
         session.testReported = true;
     }

@@ -230,10 +230,7 @@ std::uint32_t readHexTime(std::optional<std::string_view> text, std::string_view
 
 HexText hexText(std::uint32_t value) {
     HexText text;
-    do {
-        text.digits[text.length++] = "0123456789abcdef"[value & 0xFU];
-        value >>= 4U;
-    } while (value != 0);
+    text.length = static_cast<std::size_t>(putHex(text.digits.data(), value) - text.digits.data());
     return text;
 }
 

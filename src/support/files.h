@@ -78,6 +78,14 @@ struct HexText {
     [[nodiscard]] std::string_view view() const { return {digits.data(), length}; }
 };
 HexText hexText(std::uint32_t value);
+// Puts the same text where up to eight characters have room; gives the place behind it.
+inline char* putHex(char* at, std::uint32_t value) {
+    do {
+        *at++ = "0123456789abcdef"[value & 0xFU];
+        value >>= 4U;
+    } while (value != 0);
+    return at;
+}
 
 // The key that ties a trace part to the description of a source file. The name may be none (a view without
 // data), which is an internal error.
