@@ -110,7 +110,7 @@ WARNING: The test u appears twice in -EXTEST list
 }
 
 TEST_F(Options, PatternsNameTheFilesOfTheirDirectory) {
-    for (const char* name : {"b.fdc", "A.fdc", "c.fdx"}) {
+    for (const char* name : {"b.fdc", "A.fdc", "c.fdx", "two.c", "Two.C", ".hidden"}) {
         write(name, "");
     }
     std::filesystem::create_directory(path("d.dir"));
@@ -121,6 +121,8 @@ TEST_F(Options, PatternsNameTheFilesOfTheirDirectory) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(path(""));
     EXPECT_EQ(analysed("b.fdc,none.fdc").inputFiles, (Names{"./b.fdc", "none.fdc"}));
+    EXPECT_EQ(analysed("a.FDC,.hidden,d.dir,x=y").inputFiles, (Names{"./A.fdc", ".hidden", "x=y"}));
+    EXPECT_EQ(analysed("TWO.C").inputFiles.size(), 2U) << "names match without regard to case";
     std::filesystem::current_path(before);
 }
 

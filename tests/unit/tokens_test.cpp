@@ -46,6 +46,59 @@ TEST(Tokens, QuotedStringsResolveTheirEscapes) {
     }
 }
 
+// One special character at each place of texts of each length: a text ends at its first quote, holds escapes, and
+// is cut by a line end or a NUL.
+TEST(Tokens, QuotedStringsOfAnyLength) {
+    for (std::size_t length = 1; length < 40; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            const auto with = [&](char special) {
+                std::string text(length, 'a');
+                text[place] = special;
+                return "\"" + text + "\"";
+            };
+            for (const char ordinary : {'\xFF', '\r', ' '}) {
+                EXPECT_EQ(fieldsOf(with(ordinary) + " 1\n", true), with(ordinary) + ";");
+            }
+            for (const char cutting : {'\n', '\0', '"'}) { // something follows the closing quote
+                EXPECT_EQ(fieldsOf(with(cutting) + " 1\n", true), "");
+            }
+            EXPECT_EQ(fieldsOf(with('\\') + " 1\n", true), place + 1 < length ? with('\\') + ";" : "");
+        }
+    }
+}
+
+TEST(Tokens, AKnownQuotedStringIsPassedOver) {
+    const auto passed = [](const std::string& text) {
+        Line line = lineOf(text);
+        return skipQuotedString(line, "ab") ? std::string(line.cursor, line.end) : "none";
+    };
+    EXPECT_EQ(passed("\"ab\" 1 2\n"), "1 2\n");
+    EXPECT_EQ(passed("\"ab\"  1\n"), " 1\n");
+    for (const std::string other : {" \"ab\" 1\n", "\"ab\"\n", "\"ab\"1\n", "\"abc\" 1\n", "\"a\" 1\n",
+                                    "\"aB\" 1\n", "\"ab\"", "\"ab", ""}) {
+        EXPECT_EQ(passed(other), "none") << other;
+    }
+}
+
+TEST(Tokens, DecimalNumbers) {
+    const auto numbersOf = [](const std::string& text) {
+        Line line = lineOf(text);
+        const std::uint32_t first = nextDecimal(line, "a.fdc");
+        return std::to_string(first) + " " + std::to_string(nextDecimal(line, "a.fdc"));
+    };
+    EXPECT_EQ(numbersOf("12 7\n"), "12 7");
+    EXPECT_EQ(numbersOf("  0012   7 8\r\n"), "12 7");
+    EXPECT_EQ(numbersOf("4294967297 \n"), "1 0") << "wraps; an empty token is 0";
+    for (const std::string bad : {"1x 2\n", "-1 2\n", "1\t 2\n"}) {
+        EXPECT_EQ(accountOf([&] { numbersOf(bad); }),
+                  fatalAccount("Bad decimal number while reading file a.fdc"));
+    }
+    for (const std::string missing : {"1\n", "1", "", "1 2", "1 2\0\n"}) {
+        EXPECT_EQ(accountOf([&] { numbersOf(missing); }),
+                  fatalAccount("Null pointer for value while reading file a.fdc"));
+    }
+}
+
 TEST(Tokens, WhatFollowsAQuotedString) {
     const auto following = [](const std::string& text) {
         Line line = lineOf(text);
