@@ -132,7 +132,7 @@ NameEntry* nextName(FdcReader& reader, const char* field) {
 
 // Hands the conditions read to their service, many at a time.
 void storeConditions(FdcReader& reader) {
-    if (!reader.newConditions.empty()) {
+    if (reader.currentService != nullptr && !reader.newConditions.empty()) {
         appendConditions(*reader.currentService, reader.newConditions);
         reader.newConditions.clear();
     }

@@ -98,7 +98,7 @@ public:
     // does not matter.
     QStringList matches(const QString& directory, const QString& nameFilter) {
         if (isPlain(nameFilter)) {
-            const QStringList entries = alike(directory, nameFilter);
+            QStringList entries = alike(directory, nameFilter);
             if (entries.size() <= 1) {
                 return entries;
             }

@@ -25,7 +25,7 @@ void* BlockSource::do_allocate(std::size_t size, std::size_t alignment) {
 }
 
 void BlockSource::do_deallocate(void* block, std::size_t size, std::size_t alignment) {
-    ::operator delete(block, size, alignmentOf(size, alignment));
+    ::operator delete(block, alignmentOf(size, alignment));
 }
 
 bool BlockSource::do_is_equal(const std::pmr::memory_resource& other) const noexcept {
