@@ -280,6 +280,27 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
     }
 }
 
+void prefetchItems(const FileDescription& description, std::span<const Hit> hits) {
+    const auto forEachKnown = [&](auto visit) {
+        for (const Hit& hit : hits) {
+            const auto& dense = description.itemIndexes[kindIndex(hit.kind)].dense;
+            if (hit.id < dense.size()) {
+                visit(&dense[hit.id]);
+            }
+        }
+    };
+    forEachKnown([](CoverageItem* const* place) { __builtin_prefetch(place); });
+    forEachKnown([](CoverageItem* const* place) { __builtin_prefetch(*place, 1); });
+    forEachKnown([&](CoverageItem* const* place) {
+        if (*place != nullptr) {
+            const Service& service = description.services[(*place)->service];
+            __builtin_prefetch(&service, 1);
+            __builtin_prefetch(&service.testCovered, 1);
+            __builtin_prefetch(&service.globalCovered.back(), 1);
+        }
+    });
+}
+
 SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting) {
     SeenHits& seen = description.seenHits[kindIndex(kind)];
     if (counting == Counting::Accumulate && seen.counted.empty()) {

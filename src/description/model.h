@@ -208,6 +208,13 @@ struct ItemIndex {
     std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
 };
 
+// A hit, as a trace line tells it.
+struct Hit {
+    ItemKind kind = ItemKind::Procedure;
+    std::uint32_t id = 0;
+    std::uint32_t count = 1;
+};
+
 // Most hits are of items that the current test has hit before. So that these need not look at the item, recordHit
 // notes by kind and dense identifier what is known. Nothing is noted where identifiers repeat.
 struct SeenHits {
@@ -290,6 +297,9 @@ std::uint16_t typeOfItem(const Service& service, ItemKind kind, const CoverageIt
 enum class Counting : bool { Replace, Accumulate };
 void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, std::uint32_t count,
                Counting counting);
+// Brings the records of items nearer before their hits are recorded one by one: with many of them at once, the waits
+// for memory overlap. Identifiers of missing items are passed over.
+void prefetchItems(const FileDescription& description, std::span<const Hit> hits);
 void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
               Counting counting);
 // Of a kind; the room for hits of the given counting is there. Valid as long as the description.

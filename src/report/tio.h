@@ -94,13 +94,7 @@ struct PartKey {
 };
 PartKey readFilePart(TraceCursor& cursor);
 
-// A hit; the count is 1 in tests without counts.
-struct Hit {
-    ItemKind kind = ItemKind::Procedure;
-    std::uint32_t id = 0;
-    std::uint32_t count = 1;
-};
-// `kind` is that of the line, TP to TE.
+// `kind` is that of the line, TP to TE. The count is 1 in tests without counts.
 Hit readHit(TraceCursor& cursor, LineKind kind);
 
 // Items whose hits have been seen (see SeenHits), by the keyword of their hits.

@@ -1,5 +1,6 @@
 #include "report/trace_reader.h"
 
+#include <array>
 #include <memory>
 #include <span>
 
@@ -93,9 +94,31 @@ void takeHit(TraceSession& session, const HitTreatment& treatment, Hit hit) {
     }
 }
 
+// New hits wait for each other, so that recording them waits for memory once and not one after the other.
+struct HitBatch {
+    std::array<Hit, 32> hits;
+    std::size_t size = 0;
+};
+
+void takeBatch(TraceSession& session, const HitTreatment& treatment, HitBatch& batch) {
+    const std::span<const Hit> hits = std::span(batch.hits).first(batch.size);
+    prefetchItems(*treatment.part, hits);
+    for (const Hit& hit : hits) {
+        takeHit(session, treatment, hit);
+    }
+    batch.size = 0;
+}
+
 void takePlainHits(TraceSession& session) {
     const HitTreatment treatment = hitTreatment(session);
-    takePlainHits(session.trace, treatment.known, [&](Hit hit) { takeHit(session, treatment, hit); });
+    HitBatch batch;
+    takePlainHits(session.trace, treatment.known, [&](Hit hit) {
+        batch.hits[batch.size++] = hit;
+        if (batch.size == batch.hits.size()) {
+            takeBatch(session, treatment, batch);
+        }
+    });
+    takeBatch(session, treatment, batch);
 }
 
 // A hit line, and those in plain form that follow it.
