@@ -73,11 +73,13 @@ bool GetTestAuth(const NameEntry* test, const CoverageOptions& options) {
 }
 
 void checkSelection(const CoverageOptions& options) {
+    // A program may have a hundred thousand services: their names are gathered only where some are asked for.
+    const bool servicesNamed = !options.serviceList.nodes.empty() || !options.exServiceList.nodes.empty();
     NameSet files;
     NameSet services;
     for (const auto& description : loadedDescriptions()) {
         files.insert(description->sourceName);
-        if (GetFileAuth(description->sourceName, options)) {
+        if (servicesNamed && GetFileAuth(description->sourceName, options)) {
             for (const Service& service : description->services) {
                 services.insert(service.name);
             }
