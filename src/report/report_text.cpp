@@ -242,24 +242,23 @@ void writeRemarks(TraceSession& session) {
     }
 }
 
-// What of each selected file was hit.
-std::vector<CoverageCounters> hitsByFile(const TraceSession& session) {
+// Calls visit(file place, counters) with what of each selected service was hit. Costs what was hit in a test.
+template <typename Visit>
+void forEachServiceHit(const TraceSession& session, Visit visit) {
     const Selection& selection = session.selection;
-    std::vector<CoverageCounters> hits(selection.files.size());
     if (session.options->global) {
         for (const SelectedService& selected : selection.services) {
-            sumCounters(hits[selected.file], selected.service->globalCovered);
+            visit(selected.file, selected.service->globalCovered);
         }
-        return hits;
+        return;
     }
     for (const Service* service : servicesHitInTest()) {
         if (service->selectedPlace >= 0) {
             const SelectedService& selected =
                 selection.services[static_cast<std::size_t>(service->selectedPlace)];
-            sumCounters(hits[selected.file], service->testCovered);
+            visit(selected.file, service->testCovered);
         }
     }
-    return hits;
 }
 
 void writeFileBlocks(TraceSession& session, const SelectedFile& file, const CoverageCounters& hits) {
@@ -274,6 +273,16 @@ void writeFileBlocks(TraceSession& session, const SelectedFile& file, const Cove
         const Service& service = *selected.service;
         writeCoverageBlock(session, {&service, "\t", service.name->text, nullptr, &service.counts,
                                      &hitsOf(session, service), description.coverageTypes});
+    }
+}
+
+void writeFiles(TraceSession& session) {
+    std::vector<CoverageCounters> hits(session.selection.files.size());
+    forEachServiceHit(session, [&](std::size_t file, const CoverageCounters& serviceHits) {
+        sumCounters(hits[file], serviceHits);
+    });
+    for (std::size_t place = 0; place < hits.size(); ++place) {
+        writeFileBlocks(session, session.selection.files[place], hits[place]);
     }
 }
 
@@ -320,15 +329,13 @@ void writeTestReport(TraceSession& session) {
         writeTestTitle(session);
     }
     writeRemarks(session);
-    const std::vector<CoverageCounters> hits = hitsByFile(session);
     session.reportedTypes |= session.selection.types;
-    CoverageCounters conclusionHits{};
-    for (std::size_t place = 0; place < hits.size(); ++place) {
-        if (session.options->summaryLevel != SummaryLevel::Conclusion) {
-            writeFileBlocks(session, session.selection.files[place], hits[place]);
-        }
-        sumCounters(conclusionHits, hits[place]);
+    if (session.options->summaryLevel != SummaryLevel::Conclusion) {
+        writeFiles(session);
     }
+    CoverageCounters conclusionHits{};
+    forEachServiceHit(session,
+                      [&](std::size_t, const CoverageCounters& hits) { sumCounters(conclusionHits, hits); });
     const std::string name = session.options->global ? std::string(text(session, ReportLabel::Conclusion))
                                                      : std::string(text(session, ReportLabel::ConclusionTest))
                                                            .append(nameText(session.trace.currentTest));
