@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -13,19 +12,9 @@
 #include <QLocale>
 #include <QTranslator>
 
-#include "description/fdcL.h"
-#include "description/model.h"
-#include "description/name_pool.h"
-#include "driver/argscov.h"
 #include "driver/banner.h"
-#include "driver/gcmdec.h"
-#include "outputs/TPM_Write_CommandLine.h"
-#include "outputs/flow.h"
-#include "outputs/listing.h"
-#include "report/output_files.h"
-#include "report/report.h"
+#include "driver/program.h"
 #include "support/machine.h"
-#include "support/output.h"
 #include "support/platform.h"
 
 namespace veldacov {
@@ -62,61 +51,6 @@ void installTranslations(Translators& translators) {
     }
 }
 
-void analyse(const std::vector<std::string>& words, CoverageOptions& options) {
-    if (!analyseCommandLine(words, options)) {
-        fatalError(translate("Fatal Error", "Errors in command line"));
-    }
-}
-
-Language reportLanguage() {
-    return reportInFrench() ? Language::French : Language::English;
-}
-
-void writeReport(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out = options.outputFile
-                         ? createOutput(options, *options.outputFile,
-                                        translate("Fatal Error", "Cannot create output file %1"))
-                         : standardOutput();
-    runCoverageReport(out, traceFiles, options, reportLanguage(), writeCoverageMeasures);
-    out.finish();
-}
-
-void writeFlow(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out = createOutput(options, *options.flowFile,
-                                  translate("Fatal Error", "Cannot create flow output file %1"));
-    writePathTrace(out, traceFiles, options, reportLanguage());
-    out.finish();
-}
-
-void release(CoverageOptions& options) {
-    for (const auto list :
-         {&CoverageOptions::fileList, &CoverageOptions::exFileList, &CoverageOptions::serviceList,
-          &CoverageOptions::exServiceList, &CoverageOptions::testList, &CoverageOptions::exTestList}) {
-        freeNameCountList(options.*list);
-    }
-    releaseDecoderMemory();
-    freeAllDescriptions();
-    freeNamePool();
-}
-
-void run(const std::vector<std::string>& words) {
-    CoverageOptions options;
-    TraceFileList traceFiles;
-    initNamePool();
-    analyse(words, options);
-    for (const std::string& file : options.inputFiles) {
-        loadFdcFile(&file, options.coverageTypes, traceFiles);
-    }
-    writeReport(traceFiles, options);
-    if (options.listingRequested) {
-        writeListings(options);
-    }
-    if (options.flowFile) {
-        writeFlow(traceFiles, options);
-    }
-    release(options);
-}
-
 } // namespace
 
 } // namespace veldacov
@@ -134,10 +68,6 @@ int main(int argumentCount, char** arguments) {
     setProductIdentity(translate("ULMOIdent", "Norvik"), QStringLiteral("veldacov"));
     const std::vector<std::string> words(arguments, arguments + argumentCount);
     versionEntry(words);
-    try {
-        run(words);
-    } catch (const std::bad_alloc&) {
-        memoryExhausted();
-    }
+    runProgram(words);
     return static_cast<int>(ExitStatus::Normal);
 }

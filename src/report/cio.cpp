@@ -249,6 +249,10 @@ void writeCioGlobalBlock(const TraceSession& session) {
 
 void closeCio() {
     cio.out.finish();
+    forgetCio();
+}
+
+void forgetCio() {
     cio = {};
 }
 

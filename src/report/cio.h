@@ -22,5 +22,7 @@ void writeCioServiceBlock(const TraceSession& session);
 void writeCioGlobalBlock(const TraceSession& session);
 // Completes the file.
 void closeCio();
+// Forgets a file that a run cut short has left open.
+void forgetCio();
 
 } // namespace veldacov

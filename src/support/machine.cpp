@@ -2,8 +2,8 @@
 
 #include <array>
 #include <cstdlib>
-#include <memory>
 #include <new>
+#include <string>
 
 #include <QCoreApplication>
 
@@ -26,9 +26,8 @@ Identity& identity() {
 ProgramEnd replacedEnd = nullptr;
 void (*saveOutputs)() = nullptr;
 
-// Given back when memory runs out, so that the last message can be built.
-constexpr std::size_t memoryReserveSize = std::size_t{256} * 1024;
-std::unique_ptr<char[]> memoryReserve;
+// The last message when memory runs out, made while there is some.
+std::string exhaustionLine;
 
 enum class MessageKind : std::uint8_t { Fatal, Internal, User, Warning, Info };
 
@@ -69,6 +68,11 @@ QString internalErrorText(const QString& message, const char* sourceFile, unsign
                              ? QStringLiteral("\n")
                              : QStringLiteral("[%1:%2]\n").arg(fromLocal(sourceFile)).arg(line);
     return messageLine(MessageKind::Internal, message) + tail;
+}
+
+void prepareExhaustionLine() {
+    const QString text = translate("Fatal Error", "No memory left", "program failed on memory allocation");
+    exhaustionLine = toLocal(messageLine(MessageKind::Fatal, text));
 }
 
 void runLastWrites() {
@@ -144,6 +148,7 @@ void setLastWrites(void (*save)()) {
 void setProductIdentity(const QString& productName, const QString& executableName) {
     identity().productName = productName;
     identity().executableName = executableName;
+    prepareExhaustionLine();
     const QString text = translate("Internal Error", "Please, contact your support");
     platform::installCrashHandler(toLocal(internalErrorText(text, nullptr, 0)), runLastWrites,
                                   static_cast<int>(ExitStatus::InternalError));
@@ -154,13 +159,13 @@ QString getProductName() {
 }
 
 void memoryExhausted() {
-    std::set_new_handler(nullptr); // a second refusal, while the message is built, ends in std::bad_alloc
-    memoryReserve.reset();
-    fatalError(translate("Fatal Error", "No memory left", "program failed on memory allocation"));
+    std::set_new_handler(nullptr); // from now on a refusal is an exception, as the library expects
+    static_cast<void>(platform::writeAll(2, exhaustionLine));
+    endProgram(ExitStatus::FatalError);
 }
 
 void installMemoryGuard() {
-    memoryReserve = std::make_unique<char[]>(memoryReserveSize);
+    prepareExhaustionLine();
     std::set_new_handler(memoryExhausted);
 }
 
