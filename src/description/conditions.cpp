@@ -163,12 +163,14 @@ void pairExpressionCases(Composition& composition, const CasePlaces& places) {
 }
 
 // The vectors of a case table as bit masks. The characters other than X are numbered in the order met, and
-// the bits of these numbers lie in as many planes; a table of T and F needs one plane.
+// the bits of these numbers lie in as many planes; a table of T and F needs one plane. All cases behind the end
+// of a table that is too short look alike, and share the last row.
 struct CaseMasks {
+    std::uint32_t rows = 0;
     std::size_t words = 0;             // of 64 basic conditions each
     std::size_t planes = 0;            // of `words` words each
-    std::vector<std::uint64_t> values; // by case, plane, word
-    std::vector<std::uint64_t> cares;  // by case, word: a bit where the character is not X
+    std::vector<std::uint64_t> values; // by row, plane, word
+    std::vector<std::uint64_t> cares;  // by row, word: a bit where the character is not X
     bool anyDontCare = false;
 };
 
@@ -179,11 +181,12 @@ char tableCharacter(const Composition& composition, std::size_t at) {
 CaseMasks masksOf(const Composition& composition) {
     constexpr std::size_t unnumbered = 256;
     const auto width = static_cast<std::size_t>(composition.basicConditionCount);
-    const std::size_t size = width * composition.caseCount;
+    const std::size_t rowsWithText = (composition.cases.size() + width - 1) / width;
+    const std::size_t rows = std::min<std::size_t>(composition.caseCount, rowsWithText + 1);
     std::array<std::size_t, 256> numbers{};
     numbers.fill(unnumbered);
     std::size_t used = 0;
-    for (std::size_t at = 0; at < size && at <= composition.cases.size(); ++at) {
+    for (std::size_t at = 0; at < width * rows; ++at) {
         const char character = tableCharacter(composition, at);
         std::size_t& number = numbers[static_cast<unsigned char>(character)];
         if (character != 'X' && number == unnumbered) {
@@ -192,12 +195,13 @@ CaseMasks masksOf(const Composition& composition) {
     }
 
     CaseMasks masks;
+    masks.rows = static_cast<std::uint32_t>(rows);
     masks.words = (width + wordBits - 1) / wordBits;
     masks.planes = used == 0 ? 0 : static_cast<std::size_t>(std::bit_width(used - 1));
-    masks.values.resize(composition.caseCount * masks.planes * masks.words);
-    masks.cares.resize(composition.caseCount * masks.words);
-    for (std::size_t at = 0; at < size; ++at) {
-        const std::size_t caseNumber = at / width;
+    masks.values.resize(rows * masks.planes * masks.words);
+    masks.cares.resize(rows * masks.words);
+    for (std::size_t at = 0; at < width * rows; ++at) {
+        const std::size_t row = at / width;
         const std::size_t word = at % width / wordBits;
         const std::uint64_t bit = std::uint64_t{1} << (at % width % wordBits);
         const char character = tableCharacter(composition, at);
@@ -205,11 +209,11 @@ CaseMasks masksOf(const Composition& composition) {
             masks.anyDontCare = true;
             continue;
         }
-        masks.cares[caseNumber * masks.words + word] |= bit;
+        masks.cares[row * masks.words + word] |= bit;
         const std::size_t number = numbers[static_cast<unsigned char>(character)];
         for (std::size_t plane = 0; plane < masks.planes; ++plane) {
             if ((number >> plane & 1U) != 0) {
-                masks.values[(caseNumber * masks.planes + plane) * masks.words + word] |= bit;
+                masks.values[(row * masks.planes + plane) * masks.words + word] |= bit;
             }
         }
     }
@@ -221,7 +225,7 @@ bool hasSingleBit(std::uint64_t word) {
     return word != 0 && (word & (word - 1)) == 0;
 }
 
-// The only position where two cases differ and both care; none when there is no such position or several.
+// The only position where two rows differ and both care; none when there is no such position or several.
 std::optional<std::size_t> onlyDifference(const CaseMasks& masks, std::size_t a, std::size_t b) {
     std::optional<std::size_t> position;
     for (std::size_t word = 0; word < masks.words; ++word) {
@@ -244,14 +248,22 @@ std::optional<std::size_t> onlyDifference(const CaseMasks& masks, std::size_t a,
 
 // One pass over the pairs finds those of all basic conditions.
 template <typename OnlyDifference>
-void pairByComparison(Composition& composition, const CasePlaces& places, OnlyDifference onlyDifferenceOf) {
-    const std::uint32_t trueCases = std::min(composition.frontier, composition.caseCount);
-    for (std::uint32_t a = 0; a < trueCases; ++a) {
-        for (std::uint32_t b = trueCases; b < composition.caseCount; ++b) {
-            if (const auto position = onlyDifferenceOf(a, b)) {
+void pairByComparison(Composition& composition, const CaseMasks& masks, const CasePlaces& places,
+                      OnlyDifference onlyDifferenceOf) {
+    const std::uint32_t trueCases = composition.frontier;
+    const auto pairUp = [&](std::uint32_t a, std::uint32_t row, std::uint32_t firstCase,
+                            std::uint32_t endCase) {
+        if (const auto position = onlyDifferenceOf(a, row)) {
+            for (std::uint32_t b = firstCase; b < endCase; ++b) {
                 addPair(&composition.modifiedConditions[*position], places(a), places(b));
             }
         }
+    };
+    for (std::uint32_t a = 0; a < std::min(trueCases, masks.rows); ++a) {
+        for (std::uint32_t b = trueCases; b < masks.rows; ++b) {
+            pairUp(a, b, b, b + 1);
+        }
+        pairUp(a, masks.rows - 1, std::max(trueCases, masks.rows), composition.caseCount);
     }
 }
 
@@ -265,7 +277,7 @@ std::optional<std::size_t> onlyDifferenceInWord(const CaseMasks& masks, std::siz
 // Without don't-cares, and with two characters and one word, the partners of a case are known: the false
 // cases whose vector has one bit the other way.
 void pairByLookup(Composition& composition, const CaseMasks& masks, const CasePlaces& places) {
-    const std::uint32_t trueCases = std::min(composition.frontier, composition.caseCount);
+    const std::uint32_t trueCases = composition.frontier;
     struct FalseCase {
         std::uint64_t vector;
         std::uint32_t number;
@@ -300,13 +312,13 @@ void pairTableCases(Composition& composition, const CasePlaces& places) {
         return; // one character besides X: no two cases differ
     }
     const bool isSimple = masks.planes == 1 && masks.words == 1;
-    if (isSimple && !masks.anyDontCare) {
+    if (isSimple && !masks.anyDontCare && masks.rows == composition.caseCount) {
         pairByLookup(composition, masks, places);
     } else if (isSimple) {
-        pairByComparison(composition, places,
+        pairByComparison(composition, masks, places,
                          [&](std::size_t a, std::size_t b) { return onlyDifferenceInWord(masks, a, b); });
     } else {
-        pairByComparison(composition, places,
+        pairByComparison(composition, masks, places,
                          [&](std::size_t a, std::size_t b) { return onlyDifference(masks, a, b); });
     }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -26,7 +27,8 @@ struct FdcReader {
     std::unique_ptr<FileDescription> section;
     Service* currentService = nullptr; // that of the line before
     bool serviceNameIsPlain = false;   // its name stands in lines as it is
-    std::vector<ExitEntry> newExits;   // of the section, in line order
+    std::vector<Service> newServices;
+    std::vector<ExitEntry> newExits; // of the section, in line order
     std::vector<CallEntry> newCalls;
     std::vector<BlockEntry> newBlocks;
     std::vector<ConditionEntry> newConditions; // of the current service, not yet in its list
@@ -140,7 +142,7 @@ void storeConditions(FdcReader& reader) {
 
 // The name remembers the place of its service; in another section another service stands there, or none.
 Service* findOrAddService(FdcReader& reader, NameEntry* name) {
-    std::pmr::deque<Service>& services = reader.section->services;
+    std::vector<Service>& services = reader.newServices;
     if (name->place < services.size() && services[name->place].name == name) {
         return &services[name->place];
     }
@@ -332,6 +334,7 @@ bool readBody(FdcReader& reader) {
         fatalError(translate("fdcL-Error", "No data in FDC"));
     }
     reader.currentService = nullptr;
+    reader.newServices.clear();
     reader.newExits.clear();
     reader.newCalls.clear();
     reader.newBlocks.clear();
@@ -534,6 +537,8 @@ void keepSection(FdcReader& reader) {
         }
         return;
     }
+    section.services.assign(std::make_move_iterator(reader.newServices.begin()),
+                            std::make_move_iterator(reader.newServices.end()));
     keepByService(section, reader.newExits, section.exits, &Service::exits);
     keepByService(section, reader.newCalls, section.calls, &Service::calls);
     keepByService(section, reader.newBlocks, section.blocks, &Service::blocks);

@@ -74,13 +74,21 @@ void forEachItemOfKind(FileDescription& description, ItemKind kind, Visit visit)
     }
 }
 
+ItemIndex::RareItems& rareItems(ItemIndex& index) {
+    if (index.rare == nullptr) {
+        index.rare = std::make_unique<ItemIndex::RareItems>();
+    }
+    return *index.rare;
+}
+
 void addToIndex(ItemIndex& index, CoverageItem& item) {
-    CoverageItem*& known = item.id < index.dense.size() ? index.dense[item.id] : index.sparse[item.id];
+    CoverageItem*& known =
+        item.id < index.dense.size() ? index.dense[item.id] : rareItems(index).sparse[item.id];
     if (known == nullptr) {
         known = &item;
         return;
     }
-    std::vector<CoverageItem*>& items = index.repeated[item.id];
+    std::vector<CoverageItem*>& items = rareItems(index).repeated[item.id];
     if (items.empty()) {
         items.push_back(known);
     }
@@ -98,16 +106,15 @@ CoverageItem* nextOf(const std::vector<CoverageItem*>& items) {
 }
 
 CoverageItem* itemIn(const ItemIndex& index, std::uint32_t id) {
-    if (!index.repeated.empty()) {
-        if (const auto repeated = index.repeated.find(id); repeated != index.repeated.end()) {
+    if (index.rare != nullptr) {
+        if (const auto repeated = index.rare->repeated.find(id); repeated != index.rare->repeated.end()) {
             return nextOf(repeated->second);
         }
+        if (const auto known = index.rare->sparse.find(id); known != index.rare->sparse.end()) {
+            return known->second;
+        }
     }
-    if (id < index.dense.size()) {
-        return index.dense[id];
-    }
-    const auto known = index.sparse.find(id);
-    return known != index.sparse.end() ? known->second : nullptr;
+    return id < index.dense.size() ? index.dense[id] : nullptr;
 }
 
 template <typename Number>
@@ -236,8 +243,9 @@ void indexItems(FileDescription& description) {
     for (const ItemKind kind : itemKinds) {
         indexItemsOfKind(description, kind);
     }
-    description.idsRepeat = std::any_of(description.itemIndexes.begin(), description.itemIndexes.end(),
-                                        [](const ItemIndex& index) { return !index.repeated.empty(); });
+    description.idsRepeat = std::any_of(
+        description.itemIndexes.begin(), description.itemIndexes.end(),
+        [](const ItemIndex& index) { return index.rare != nullptr && !index.rare->repeated.empty(); });
 }
 
 CoverageItem* findItem(FileDescription& description, ItemKind kind, std::uint32_t id) {

@@ -15,7 +15,6 @@
 #include <array>
 #include <bit>
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <memory_resource>
 #include <optional>
@@ -204,8 +203,11 @@ struct alignas(64) Service {
 // order.
 struct ItemIndex {
     std::pmr::vector<CoverageItem*> dense{&recordMemory()};
-    std::unordered_map<std::uint32_t, CoverageItem*> sparse;
-    std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
+    struct RareItems {
+        std::unordered_map<std::uint32_t, CoverageItem*> sparse;
+        std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
+    };
+    std::unique_ptr<RareItems> rare; // none when all identifiers are dense and different
 };
 
 // A hit, as a trace line tells it.
@@ -228,8 +230,9 @@ constexpr std::uint8_t kept = 0x02;     // kept for the cleaned trace; owned by 
 
 // Hits kept for the cleaned trace, for one hit keyword; they go with each write.
 struct BranchHitTable {
-    std::vector<std::uint32_t> idsKept;                      // of a described file: each item once
-    std::unordered_map<std::uint32_t, std::uint32_t> counts; // of a placeholder, by identifier
+    std::vector<std::uint32_t> idsKept; // of a described file: each item once
+    // Of a placeholder, by identifier; none while it has no hit.
+    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> counts;
 };
 
 struct FileDescription {
@@ -251,10 +254,9 @@ struct FileDescription {
     bool placeholder = false;       // made for a traced file that nothing describes
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
-    std::array<BranchHitTable, 4> branchHitTables; // by kind
-    bool keepsHits = false;                        // some table has had a hit since the last write
-    // In order of first mention; a deque: services never move.
-    std::pmr::deque<Service> services{&recordMemory()};
+    std::array<BranchHitTable, 4> branchHitTables;       // by kind
+    bool keepsHits = false;                              // some table has had a hit since the last write
+    std::pmr::vector<Service> services{&recordMemory()}; // in order of first mention
     // Of all services; those of a service stand together.
     std::pmr::vector<ExitEntry> exits{&recordMemory()};
     std::pmr::vector<CallEntry> calls{&recordMemory()};

@@ -36,7 +36,11 @@ void keepDescribedHit(FileDescription& description, Hit hit) {
 }
 
 void keepPlaceholderHit(FileDescription& placeholder, Hit hit) {
-    std::uint32_t& entry = placeholder.branchHitTables[kindIndex(hit.kind)].counts[hit.id];
+    BranchHitTable& table = placeholder.branchHitTables[kindIndex(hit.kind)];
+    if (table.counts == nullptr) {
+        table.counts = std::make_unique<std::unordered_map<std::uint32_t, std::uint32_t>>();
+    }
+    std::uint32_t& entry = (*table.counts)[hit.id];
     entry = placeholder.countOriented ? entry + hit.count : 1; // the sum wraps at 2^32
 }
 
@@ -82,7 +86,10 @@ void forEachKept(FileDescription& description, ItemKind kind, Visit visit) {
 // Calls visit(id, count) for the items kept of a placeholder, in ascending order.
 template <typename Visit>
 void forEachCounted(const BranchHitTable& table, Visit visit) {
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> hits(table.counts.begin(), table.counts.end());
+    if (table.counts == nullptr) {
+        return;
+    }
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> hits(table.counts->begin(), table.counts->end());
     std::sort(hits.begin(), hits.end());
     for (const auto& [id, count] : hits) {
         if (count > 0) {
@@ -124,7 +131,7 @@ void forgetHits(FileDescription& part) {
             part.seenHits[kindIndex(kind)].plain[id] &= static_cast<std::uint8_t>(~seen::kept);
         }
         table.idsKept.clear();
-        table.counts.clear();
+        table.counts.reset();
     }
 }
 
