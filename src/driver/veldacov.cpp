@@ -60,6 +60,7 @@ int main(int argumentCount, char** arguments) {
     // The toolkit's own remarks are no texts of this program.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     platform::reserveStandardDescriptors();
+    platform::letTooLargeFilesFail();
     platform::keepFreedMemory();
     installMemoryGuard();
     const QCoreApplication application(argumentCount, arguments);

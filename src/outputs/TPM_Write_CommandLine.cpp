@@ -329,6 +329,7 @@ bool updateUnderLock(Measure& measure) {
     if (!lock.take()) {
         return false;
     }
+    const platform::EndingSignalsHeld untilReleased; // or the lock would stay, and the next run wait for ever
     const bool done = update(measure);
     return lock.release() && done;
 }

@@ -22,7 +22,8 @@ namespace {
 
 constexpr mode_t newFileMode = 0666;
 constexpr std::size_t crashStackSize = std::size_t{64} * 1024;
-constexpr std::array crashSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL};
+constexpr std::array crashSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
+constexpr std::array endingSignals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
 struct CrashState {
     std::string message;
@@ -271,6 +272,27 @@ InterruptWatch::~InterruptWatch() {
 
 bool InterruptWatch::interrupted() {
     return interruptSeen != 0;
+}
+
+struct EndingSignalsHeld::State {
+    sigset_t mask;
+};
+
+EndingSignalsHeld::EndingSignalsHeld() : before_(std::make_unique<State>()) {
+    sigset_t held;
+    ::sigemptyset(&held);
+    for (const int signal : endingSignals) {
+        ::sigaddset(&held, signal);
+    }
+    ::sigprocmask(SIG_BLOCK, &held, &before_->mask);
+}
+
+EndingSignalsHeld::~EndingSignalsHeld() {
+    ::sigprocmask(SIG_SETMASK, &before_->mask, nullptr);
+}
+
+void letTooLargeFilesFail() {
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 } // namespace veldacov::platform

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -101,5 +102,22 @@ public:
     InterruptWatch& operator=(const InterruptWatch&) = delete;
     [[nodiscard]] static bool interrupted();
 };
+
+// While one is alive, signals that would end the process (interrupt, termination, hang-up, a pipe without reader) wait;
+// one that has come meanwhile ends the process with the holder's end.
+class EndingSignalsHeld {
+public:
+    EndingSignalsHeld();
+    ~EndingSignalsHeld();
+    EndingSignalsHeld(const EndingSignalsHeld&) = delete;
+    EndingSignalsHeld& operator=(const EndingSignalsHeld&) = delete;
+
+private:
+    struct State;
+    std::unique_ptr<State> before_;
+};
+
+// A file that may not grow further fails the write, as a full disk does, instead of ending the process.
+void letTooLargeFilesFail();
 
 } // namespace veldacov::platform
