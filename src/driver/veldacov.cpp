@@ -63,6 +63,8 @@ int main(int argumentCount, char** arguments) {
     platform::letTooLargeFilesFail();
     platform::keepFreedMemory();
     installMemoryGuard();
+    qputenv("QT_NO_GLIB",
+            "1"); // the program runs no event loop, and that library aborts when memory runs out
     const QCoreApplication application(argumentCount, arguments);
     Translators translators;
     installTranslations(translators);

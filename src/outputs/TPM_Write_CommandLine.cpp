@@ -104,6 +104,13 @@ std::uint64_t lengthOf(const platform::Descriptor& file) {
 class DatabaseLock {
 public:
     explicit DatabaseLock(const std::string& name) : name_(name) {}
+    ~DatabaseLock() { // still held when memory runs out meanwhile: a lock that stays would stop every later run
+        if (file_.isOpen()) {
+            static_cast<void>(platform::removeFile(name_));
+        }
+    }
+    DatabaseLock(const DatabaseLock&) = delete;
+    DatabaseLock& operator=(const DatabaseLock&) = delete;
 
     // Creates the lock file; waits while another process has it. False, after showing why, without the lock.
     bool take() {
@@ -119,10 +126,13 @@ public:
 
     // Removes the lock file; false, after showing why, when that fails.
     bool release() {
-        if (file_.close() && platform::removeFile(name_)) {
+        const bool closed = file_.close();
+        const std::string reasonOfClose = closed ? std::string() : platform::systemErrorText();
+        const bool removed = platform::removeFile(name_);
+        if (closed && removed) {
             return true;
         }
-        const std::string reason = platform::systemErrorText();
+        const std::string reason = closed ? platform::systemErrorText() : reasonOfClose;
         showTpmError(translate("Error", "Error unlocking transaction"));
         writeStandardError(fromLocal(reason) + QLatin1Char('\n'));
         return false;
@@ -183,9 +193,6 @@ std::size_t writeRecord(const platform::Descriptor& database, std::uint64_t offs
 // record, or a run that is killed in between would leave an index that no record can be found with.
 bool createDatabase(Measure& measure) {
     measure.totals.assign(measure.values.begin(), measure.values.end());
-    if (fileExists(measure.indexFile) && !platform::createIfMissing(measure.indexFile).isOpen()) {
-        return problem(translate("Error", "Unable to create TPM file"));
-    }
     platform::Descriptor database = platform::createIfMissing(measure.databaseFile);
     if (!database.isOpen()) {
         return problem(translate("Error", "Unable to create DataBase file"));
@@ -308,6 +315,9 @@ bool updateDatabase(Measure& measure) {
     }
     const std::string entry = indexEntry(measure.key, *offset);
     if (platform::writeAt(index.number(), place->position, entry) < entry.size()) {
+        if (!place->recordOffset) {
+            platform::cutFile(index.number(), place->position); // part of an entry would hide those behind it
+        }
         return problem(translate("Error", "Unable to update Index File"));
     }
     return index.close() || problem(translate("Error", "Unable to close Index file"));
@@ -318,6 +328,10 @@ bool update(Measure& measure) {
     const RefusalIsHandled here;
     try {
         const bool hasIndex = platform::openForUpdate(measure.indexFile).isOpen();
+        if (!hasIndex &&
+            fileExists(measure.indexFile)) { // never start anew beside an index that cannot be opened now
+            return problem(translate("Error", "Unable to create TPM file"));
+        }
         return hasIndex ? updateDatabase(measure) : createDatabase(measure);
     } catch (const std::bad_alloc&) {
         return problem(translate("Error", "Unable to allocate memory"));

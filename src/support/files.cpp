@@ -34,6 +34,9 @@ void moveToStart(InputFile& input, std::size_t size) {
 
 // Reads more bytes behind those in hand; false at the end of the file.
 bool refill(InputFile& input) {
+    if (input.atEnd) { // what a read error has ended stays ended
+        return false;
+    }
     const bool isFull = input.end - input.begin == input.size;
     moveToStart(input, isFull ? std::max(initialBufferSize, 2 * input.size) : input.size);
     const std::size_t count =

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <exception>
 #include <new>
 #include <string>
 
@@ -26,8 +27,8 @@ Identity& identity() {
 ProgramEnd replacedEnd = nullptr;
 void (*saveOutputs)() = nullptr;
 
-// The last message when memory runs out, made while there is some.
-std::string exhaustionLine;
+// The last message when memory runs out, made while there is some. It stands from the start, untranslated.
+std::string exhaustionLine = "Norvik veldacov - FATAL ERROR: No memory left\n";
 
 enum class MessageKind : std::uint8_t { Fatal, Internal, User, Warning, Info };
 
@@ -161,12 +162,26 @@ QString getProductName() {
 void memoryExhausted() {
     std::set_new_handler(nullptr); // from now on a refusal is an exception, as the library expects
     static_cast<void>(platform::writeAll(2, exhaustionLine));
-    endProgram(ExitStatus::FatalError);
+    if (replacedEnd != nullptr) {
+        endProgram(ExitStatus::FatalError);
+    }
+    runLastWrites();
+    std::_Exit(static_cast<int>(ExitStatus::FatalError)); // what a normal exit runs may ask for memory, too
 }
 
 void installMemoryGuard() {
-    prepareExhaustionLine();
     std::set_new_handler(memoryExhausted);
+    std::set_terminate([] {
+        try {
+            if (const std::exception_ptr thrown = std::current_exception()) {
+                std::rethrow_exception(thrown);
+            }
+        } catch (const std::bad_alloc&) {
+            memoryExhausted();
+        } catch (...) { // nothing that this program expects
+        }
+        std::abort();
+    });
 }
 
 RefusalIsHandled::RefusalIsHandled() : before_(std::set_new_handler(nullptr)) {}

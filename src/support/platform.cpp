@@ -274,21 +274,17 @@ bool InterruptWatch::interrupted() {
     return interruptSeen != 0;
 }
 
-struct EndingSignalsHeld::State {
-    sigset_t mask;
-};
-
-EndingSignalsHeld::EndingSignalsHeld() : before_(std::make_unique<State>()) {
+EndingSignalsHeld::EndingSignalsHeld() : before_() {
     sigset_t held;
     ::sigemptyset(&held);
     for (const int signal : endingSignals) {
         ::sigaddset(&held, signal);
     }
-    ::sigprocmask(SIG_BLOCK, &held, &before_->mask);
+    ::sigprocmask(SIG_BLOCK, &held, &before_);
 }
 
 EndingSignalsHeld::~EndingSignalsHeld() {
-    ::sigprocmask(SIG_SETMASK, &before_->mask, nullptr);
+    ::sigprocmask(SIG_SETMASK, &before_, nullptr);
 }
 
 void letTooLargeFilesFail() {

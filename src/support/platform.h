@@ -3,9 +3,9 @@
 // The few calls that differ between operating systems: descriptors, file status, user, signals.
 // Nothing here prints or translates; failures are return values.
 
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -113,8 +113,7 @@ public:
     EndingSignalsHeld& operator=(const EndingSignalsHeld&) = delete;
 
 private:
-    struct State;
-    std::unique_ptr<State> before_;
+    sigset_t before_;
 };
 
 // A file that may not grow further fails the write, as a full disk does, instead of ending the process.

@@ -42,8 +42,16 @@ TEST(MachineDeathTest, CrashesAndMemoryThatRunsOut) {
         { const RefusalIsHandled meanwhile; }
         std::get_new_handler()();
     };
-    EXPECT_EXIT(runOut(), ExitedWithCode(7),
-                testing::Eq("Norvik <unnamed binary> - FATAL ERROR: No memory left\n"));
+    EXPECT_EXIT(runOut(), ExitedWithCode(7), testing::Eq("Norvik veldacov - FATAL ERROR: No memory left\n"));
+    const auto throwUnseen = [] {
+        installMemoryGuard();
+        setProductIdentity("Product", "tool");
+        const auto throwing = [] { throw std::bad_alloc(); };
+        const auto escaping = [&]() noexcept { throwing(); };
+        escaping();
+    };
+    EXPECT_EXIT(throwUnseen(), ExitedWithCode(7),
+                testing::Eq("Product tool - FATAL ERROR: No memory left\n"));
 }
 
 TEST(Machine, Texts) {

@@ -1,0 +1,279 @@
+#!/usr/bin/env python3
+"""The measure database when runs are killed, when many run at once, when its files are cut or foreign, and when its
+directory cannot be written or disappears. Whatever happens to it, the report is complete, and a run that shows no
+problem has its records in the index.
+
+    database_faults.py PROGRAM [--kills=NUMBER]"""
+
+import os
+import pathlib
+import random
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import time
+from concurrent.futures import ThreadPoolExecutor
+
+PROGRAM = os.path.realpath(sys.argv[1])
+KILLS = next((int(option.partition("=")[2]) for option in sys.argv[2:] if option.startswith("--kills=")), 50)
+VALUES = 20
+RECORD = 8 + VALUES * 8  # time, key, and each value with its running total
+HEAD = "Norvik - Test Process Monitor: "
+IN_USE = "File is currently in use.\n  Please break\n      or wait until previous task has finished\n      or remove file: "
+MESSAGES = ("Unable to create TPM file", "Unable to create DataBase file", "Unable to write in DataBase file",
+            "Unable write in DataBase file", "Unable to open DataBase file", "Reposition in DataBase file fail",
+            "Unable to read DataBase file", "Unable to update DataBase file", "Unable to open index file",
+            "Unable to read index file", "Unable to update Index File", "Cannot open file :", "Reason is : ",
+            "VELDA_TPM_ROOT directory does not exist: ", "Error unlocking transaction", "File is now available")
+
+problems = []
+
+
+def check(fine, what):
+    if not fine:
+        problems.append(what)
+        if len(problems) <= 20:
+            print("FAILED:", what, flush=True)
+
+
+class Database:
+    """A database with the runs that use it, in a directory of its own."""
+
+    def __init__(self, work, name):
+        self.work, self.root = work, work / name
+        shutil.rmtree(self.root, ignore_errors=True)
+        self.root.mkdir()
+        self.index, self.records, self.lock = (self.root / f"Coverage.anna.{VALUES}.{end}" for end in ("idx", "tpm", "lck"))
+        self.base = str(self.root)
+
+    def start(self, words, report, **more):
+        environment = {"NORVIKDIR": str(self.work / "norvik"), "LC_ALL": "C.UTF-8", "TZ": "UTC",
+                       "VELDA_TPM_ROOT": self.base, "VELDA_TPM_USER": "anna"}
+        return subprocess.Popen([PROGRAM, *words.split(), f"-OUTPUT={report}"], cwd=self.work, env=environment,
+                                stderr=subprocess.PIPE, text=True, **more)
+
+    def run(self, hits, files="nine", **more):
+        """A run to its end; gives its messages."""
+        report = f"report.{self.root.name}"
+        process = self.start(f"{files}.fdc {files}{hits}.tio", report, **more)
+        try:
+            err = process.communicate(timeout=10)[1]
+        except subprocess.TimeoutExpired:
+            process.kill()
+            err = process.communicate()[1]
+        self.ended(process, report, err, f"{files}{hits}")
+        return err
+
+    def ended(self, process, report, err, kind):
+        check(process.returncode == 0, f"{self.root.name}: status {process.returncode}, {err!r}")
+        check(without_date(self.work / report) == without_date(self.work / f"good.{kind}"), f"{self.root.name}: another report")
+        unknown = [line for line in err.replace(IN_USE, "").splitlines() if line and line.startswith(HEAD) and
+                   not line.removeprefix(HEAD).startswith(MESSAGES + (self.base,))]
+        check(not unknown, f"{self.root.name}: {unknown}")
+
+    def entries(self):
+        data = self.index.read_bytes() if self.index.is_file() else b""
+        return [struct.unpack_from("<II", data, place) for place in range(0, len(data) - 7, 8)]
+
+    def record(self, offset):
+        return struct.unpack_from(f"<{RECORD // 4}I", self.records.read_bytes(), offset)
+
+    def check_index(self, when, keys=()):
+        """Every entry names a whole record of its key, and all the keys have one."""
+        data, entries = self.records.read_bytes() if self.records.is_file() else b"", self.entries()
+        check(len({key for key, _ in entries}) == len(entries), f"{when}: two entries of one key")
+        for key, offset in entries:
+            check(offset + RECORD <= len(data) and struct.unpack_from("<I", data, offset + 4)[0] == key,
+                  f"{when}: the entry of key {key} names no record of it")
+        check({key for key, _ in entries} >= set(keys), f"{when}: a key has no entry")
+
+    def check_history(self, when, count):
+        """Totals follow from the records before, nothing is lost, and the index names the latest of each key."""
+        data = self.records.read_bytes()
+        check(len(data) == count * RECORD, f"{when}: {len(data)} bytes of {count} records")
+        values, totals, latest = {}, [0] * VALUES, {}
+        for offset in range(0, len(data) - RECORD + 1, RECORD):
+            words = self.record(offset)
+            for i, (new, old) in enumerate(zip(words[2::2], values.get(words[1], [0] * VALUES))):
+                totals[i] += new - old
+            values[words[1]], latest[words[1]] = words[2::2], offset
+            check(list(words[3::2]) == totals, f"{when}: the totals at {offset}")
+        check(dict(self.entries()) == latest, f"{when}: the index does not name the latest records")
+
+
+def without_date(report):
+    lines = report.read_text().splitlines() if report.exists() else []
+    return [line for line in lines if not line.startswith("\t\t\t  ")]  # the date of the run
+
+
+def at_once(work):
+    for processes, runs in ((2, 8), (8, 3), (32, 2)):
+        database = Database(work, f"{processes}_at_once")
+        for _ in range(runs):
+            started = [(number, database.start(f"nine.fdc nine{number % 5}.tio", f"report.{number}")) for number in range(processes)]
+            for number, process in started:
+                try:
+                    err = process.communicate(timeout=30)[1]
+                except subprocess.TimeoutExpired:
+                    process.kill()
+                    err = process.communicate()[1]
+                database.ended(process, f"report.{number}", err, f"nine{number % 5}")
+                check(err.count("currently in use") == err.count("now available"), f"{processes} at once: {err!r}")
+        database.check_history(f"{processes} at once", 9 * processes * runs)
+        check(not database.lock.exists(), f"{processes} at once: the lock is left")
+
+
+def killed(work):
+    """Records stay where they are, entries go forward. Totals are not looked at: a record that was killed before its
+    entry still counts in them."""
+    database = Database(work, "killed")
+    begin = time.monotonic()
+    database.run(1, "many")
+    duration, caught, told = time.monotonic() - begin, 0, 0
+    for kill in range(KILLS * 4):
+        if caught == KILLS:
+            break
+        if kill % 50 == 49:  # files that grow would only cost time
+            database = Database(work, "killed")
+            database.run(1, "many")
+        before, entries = database.records.read_bytes(), dict(database.entries())
+        process = database.start("many.fdc many2.tio", "report.killed")
+        time.sleep(random.random() * duration)
+        process.kill()
+        process.communicate()
+        check(database.records.read_bytes().startswith(before), f"kill {kill}: records changed")
+        now = dict(database.entries())
+        check(all(now.get(key, -1) >= offset for key, offset in entries.items()), f"kill {kill}: an entry went back")
+        database.check_index(f"kill {kill}", range(1, 301))
+        if not database.lock.exists():
+            continue
+        caught += 1
+        if told < 3:  # who comes next says what he waits for, and goes on when it is away
+            told += 1
+            waiting = database.start("nine.fdc nine1.tio", "report.waiting")
+            first = "".join(waiting.stderr.readline() for _ in range(4))
+            check(first == f"{HEAD}{IN_USE}{database.lock}\n", f"kill {kill}: a lock is left, and the next run says {first!r}")
+            check(waiting.poll() is None, f"kill {kill}: the next run does not wait")
+            database.lock.unlink()
+            database.ended(waiting, "report.waiting", waiting.communicate(timeout=10)[1], "nine1")
+        database.lock.unlink(missing_ok=True)
+    check(caught > KILLS // 4, f"only {caught} of {kill + 1} kills came during an update")
+    check(database.run(2, "many") == "", "a run after the kills has something to say")
+    database.check_index("after the kills", range(1, 301))
+    print(f"{kill + 1} kills, {caught} during an update")
+
+
+def cut_files(work):
+    """Both files at every length, one at a time, and some pairs; then a run, and another one."""
+    whole = Database(work, "whole")
+    whole.run(1, "three")
+    records, index = whole.records.read_bytes(), whole.index.read_bytes()
+    lengths = [(len(index), length) for length in range(len(records) + 1)]
+    lengths += [(length, len(records)) for length in range(len(index))]
+    lengths += [(random.randrange(len(index)), random.randrange(len(records))) for _ in range(100)]
+    told = 0
+
+    def one(pair):
+        database = Database(work, "cut_{}_{}".format(*pair))
+        database.index.write_bytes(index[:pair[0]])
+        database.records.write_bytes(records[:pair[1]])
+        for hits in (2, 3):
+            err = database.run(hits, "three")
+            check(not database.lock.exists(), f"{database.root.name}: the lock is left")
+            # A part of an entry at the end of the index stays, and new entries stand behind it: no reader finds them.
+            if err == "" and pair[0] % 8 == 0:
+                expected = {key for key in range(1, 4)}
+                kept = {key for key, offset in database.entries() if offset + RECORD <= database.records.stat().st_size and
+                        database.record(offset)[1] == key}
+                check(kept == expected, f"{database.root.name}, run {hits - 1}: the records of {sorted(expected - kept)} are not in the index")
+        shutil.rmtree(database.root)
+        (work / f"report.{database.root.name}").unlink()
+        return err != ""
+
+    with ThreadPoolExecutor(os.cpu_count()) as workers:
+        told = sum(workers.map(one, lengths))
+    print(f"{len(lengths)} pairs of cut files, {told} told of")
+
+
+def foreign_files(work):
+    for length in (0, 1, 7, 8, 167, 168, 169, 5000):
+        for which in ("records", "index", "both"):
+            database = Database(work, f"foreign_{which}_{length}")
+            database.run(1)
+            for file in (database.records, database.index):
+                if which == "both" or file == getattr(database, which):
+                    file.write_bytes(random.randbytes(length))
+            database.run(2)
+            check(not database.lock.exists(), f"{database.root.name}: the lock is left")
+    for which in ("records", "index", "lock"):
+        database = Database(work, f"folder_{which}")
+        if which != "lock":
+            getattr(database, which).mkdir()
+            check(database.run(1) != "", f"{database.root.name}: nothing said")
+
+
+def unusable_root(work):
+    user = {"user": 65534} if os.geteuid() == 0 else {}
+    work.chmod(0o777)
+    database = Database(work, "unwritable")
+    database.root.chmod(0o555)
+    reason = f"{HEAD}Cannot open file :{database.lock}\n\n{HEAD}Reason is : Permission denied\n\n"
+    err = database.run(1, **user)
+    check(err == reason * 9, f"unwritable: {err!r}")
+    database.base = str(work / "missing")
+    err = database.run(1)
+    check(err == f"{HEAD}VELDA_TPM_ROOT directory does not exist: {database.base}\n" * 9, f"missing: {err!r}")
+    database.base = str(work / "nine.fdc")
+    err = database.run(1)
+    check(err.count("Reason is : Not a directory") == 9, f"a file as root: {err!r}")
+    begin = time.monotonic()
+    Database(work, "disappears").run(1, "many")
+    duration = time.monotonic() - begin
+    for time_of_removal in range(20):
+        database = Database(work, "disappears")
+        process = database.start("many.fdc many1.tio", "report.disappears")
+        time.sleep(random.random() * duration)
+        os.rename(database.root, work / f"moved_{time_of_removal}")
+        database.ended(process, "report.disappears", process.communicate(timeout=10)[1], "many1")
+    database = Database(work, "disappears")
+    database.lock.touch()
+    process = database.start("nine.fdc nine1.tio", "report.disappears")
+    first = "".join(process.stderr.readline() for _ in range(4))
+    shutil.rmtree(database.root)
+    rest = process.communicate(timeout=10)[1]
+    database.ended(process, "report.disappears", first + rest, "nine1")
+    check("Reason is : No such file or directory" in rest, f"gone while waiting: {rest!r}")
+
+
+def prepare(work):
+    (work / "norvik" / "lib" / "locale").mkdir(parents=True)
+    for name, count in (("three", 3), ("nine", 9), ("many", 300)):
+        functions = "".join(f'PR {number} proc "f{number}" 1 1\n' for number in range(4))
+        (work / f"{name}.fdc").write_text("".join(
+            f'VE 3.0e A\nFC "file{key}.c" "src"\nFD 0\nTC PR\n{functions}DC 1090519041 {key}\n@/RIK\n' for key in range(1, count + 1)))
+        for hits in range(5):
+            lines = "".join(f"TP {number}\n" for number in range(hits))
+            (work / f"{name}{hits}.tio").write_text('NT "test" 1\n' + "".join(
+                f"FT {f'{key:x}'[::-1]}\nDC 1\n{lines}" for key in range(1, count + 1)))
+            environment = {"NORVIKDIR": str(work / "norvik"), "LC_ALL": "C.UTF-8", "TZ": "UTC"}
+            subprocess.run([PROGRAM, f"{name}.fdc", f"{name}{hits}.tio", f"-OUTPUT=good.{name}{hits}"], cwd=work,
+                           env=environment, check=True)
+
+
+def main():
+    random.seed(1)
+    with tempfile.TemporaryDirectory() as folder:
+        work = pathlib.Path(folder)
+        prepare(work)
+        for part in (at_once, killed, cut_files, foreign_files, unusable_root):
+            started = time.monotonic()
+            part(work)
+            print(f"{part.__name__}: {time.monotonic() - started:.1f} s", flush=True)
+    print(len(problems), "problems")
+    return bool(problems)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
