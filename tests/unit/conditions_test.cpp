@@ -202,6 +202,11 @@ TEST_F(ConditionsTest, RandomTablesAndExpressions) {
         const std::string operators = randomText(width - 1, "AaOoX");
         lines.push_back({0, width, i % 40 == 0 ? 129 : 1 + below(20), operators + std::string(width, '.')});
     }
+    for (std::uint32_t width = 7; width <= 9; ++width) { // partners one and more words of 64 cases away
+        for (const std::uint32_t m : {1U << width, (1U << width) - 1 - below(60)}) {
+            lines.push_back({0, width, m, randomText(width - 1, "XXXAo") + std::string(width, '.')});
+        }
+    }
     judge(lines);
 }
 

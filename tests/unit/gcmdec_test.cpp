@@ -93,6 +93,8 @@ TEST(Decoder, NumbersKeywordsNegationAndCombinations) {
 ab;c -> List forbidden invalid argument, ab;c
 ab +LEVEL:1;-4 -> Arg value too small, -4
 ab +LEVEL:11 -> Arg value too large, 11
+ab +LEVEL:9223372036854775808 -> Arg value too large, 9223372036854775808
+ab +LEVEL:-9223372036854775809 -> Arg value too small, -9223372036854775809
 ab +RU -> Ambiguous option, +RU
 ab +MODE:fa -> Ambiguous value of option, fa
 ab +MODE:faste +LEVEL:1 -> Illegal combination of command elements, MODE and LEVEL
@@ -109,6 +111,10 @@ ab +RUN -> Illegal combination of command elements, RUN and TRACE)");
                 !optionValue(0, 1));
     EXPECT_EQ(diagnosticOf(otherGrammar(), "ab"), "");
     EXPECT_EQ(findOption("TRACE"), -5) << "off when it is not given";
+    CommandGrammar optionsOnly = otherGrammar();
+    optionsOnly.positionals.clear();
+    EXPECT_EQ(diagnosticOf(optionsOnly, "+TRACE"), "");
+    EXPECT_EQ(diagnosticOf(optionsOnly, "ab"), "Too many arguments invalid argument, ab");
 }
 
 TEST(Decoder, DiagnosticsShowTheUsage) {
@@ -158,11 +164,13 @@ TEST_F(Expansion, ResponseFiles) {
     const std::string name = write("long", std::string(5000, 'x'));
     EXPECT_EQ(expanded({"1", "-oPtIoN=" + name, "-OPTIONS=2"}),
               "1;" + std::string(5000, 'x') + ";-OPTIONS=2;");
-    Words words = {"x", "@" + name, "@" + path("missing")};
-    const Words before = words;
-    const std::string message = outcomeOf([&] { EXPECT_EQ(expandArguments(words), -1); }).messages;
-    EXPECT_NE(message.find(" : File not found " + path("missing") + "\nUsage"), std::string::npos) << message;
-    EXPECT_EQ(words, before);
+    for (const std::string& unreadable : {path("missing"), path("")}) { // a directory is no file
+        Words words = {"x", "@" + name, "@" + unreadable};
+        const Words before = words;
+        const std::string message = outcomeOf([&] { EXPECT_EQ(expandArguments(words), -1); }).messages;
+        EXPECT_NE(message.find(" : File not found " + unreadable + "\nUsage"), std::string::npos) << message;
+        EXPECT_EQ(words, before);
+    }
 }
 
 } // namespace

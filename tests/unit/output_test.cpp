@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "driver/program.h"
 #include "unit/test_support.h"
 
 namespace veldacov::test {
@@ -63,6 +64,35 @@ TEST_F(Output, AnEarlyEndLeavesWhatWasWritten) {
     EXPECT_EXIT(writeAndEnd("fatal", [] { fatalError("stop"); }), testing::ExitedWithCode(7), "stop");
     EXPECT_EXIT(writeAndEnd("crash", [] { std::raise(SIGSEGV); }), testing::ExitedWithCode(9), "support");
     EXPECT_EQ(read("fatal") + read("crash"), "so farso far");
+}
+
+// Nothing of a run that ended early, with its outputs open and a test begun, is left in the next one.
+TEST_F(Output, ARunCanBeRepeatedInOneProcess) {
+    ::unsetenv("VELDA_TPM_ROOT");
+    write("a.fdc", descriptionOf("PR 0 proc \"f\" 1 1\nAP 0 \"f\" \"g\" 1 1\n"));
+    write("good.tio", "NT \"a\" 1 1\nFT 36\nDC 7\nTA 0\n");
+    write("bad.tio", "NT \"a\" 2 2\nFT 36\nDC 7\nTP 0\nNT \"b\" 3 3\nTA 0\nXX\n");
+    const auto accountOfRun = [&](const std::string& trace) {
+        return accountHere([&] {
+            runProgram({"veldacov", path("a.fdc"), path(trace), "-NOGLOBAL", "-TEST=a,b", "-CALL", "-PROC",
+                        "-SUMMARY=SERVICE", "-OUTPUT=" + path("report"), "-CIO=" + path("cio")});
+        });
+    };
+    const auto outputs = [&] { // behind their dates
+        const std::string report = read("report");
+        const std::string cio = read("cio");
+        return report.substr(report.find("Test ")) + cio.substr(cio.find("\nT"));
+    };
+    EXPECT_EQ(accountOfRun("good.tio"), "WARNING: Test b in -TEST option was unknown in trace file list\n");
+    const std::string first = outputs();
+    for (int round = 0; round < 2; ++round) {
+        resetProgram();
+        EXPECT_EQ(accountOfRun("bad.tio"), fatalAccount("Unknown opcode in trace file bad.tio"));
+        resetProgram();
+        accountOfRun("good.tio");
+        EXPECT_EQ(outputs(), first);
+    }
+    EXPECT_NE(first.find("100.0% (1/1), +100.0 (+1)"), std::string::npos) << first;
 }
 
 } // namespace

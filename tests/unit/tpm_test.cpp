@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include <pwd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -88,17 +89,25 @@ TEST_F(TpmTest, RecordsAreAppendedAndTheirTotalsRun) {
     EXPECT_EQ(read("M.u2.0.tpm"), "\5\6\7\10\1\2\3\4");
     EXPECT_EQ(writeShowing(7, 0, {}), "");
     EXPECT_NE(read("M.u2.0.tpm").substr(8), bytesOf({0, 7})); // no time is the time of the call
+    ::unsetenv("VELDA_TPM_USER");                             // then the system says who runs the program
+    const struct passwd* user = ::getpwuid(::geteuid());
+    EXPECT_EQ(writeShowing(7, 1, {}), user != nullptr ? "" : "! Unable to get User name\n\n");
+    if (user != nullptr) {
+        EXPECT_EQ(read("M." + std::string(user->pw_name) + ".0.tpm"), bytesOf({1, 7}));
+    }
 }
 
 TEST_F(TpmTest, DamagedFilesAreShown) {
     const std::string record = bytesOf({100, 1, 5, 5, 7, 7});
     const std::string entry = bytesOf({1, 0});
-    const std::string full = "/dev/full"; // a link to it: all writing fails
+    const std::string full = "/dev/full";        // a link to it: all writing fails
+    const std::string nowhere = "/nowhere/file"; // a link to it: cannot be created
     const std::array<std::string, 3> rows[] = {
         // index, database, what is shown; "" for no file
         {"dir", record, "Unable to create TPM file"},
         {"", "dir", "Unable to create DataBase file"},
         {"", full, "Unable to write in DataBase file"},
+        {nowhere, "", "Unable to create TPM file"},
         {entry, "", "Unable to open DataBase file"},
         {entry, "dir", "Unable to open DataBase file"},
         {"rest", "short", "Reposition in DataBase file fail"},
@@ -113,8 +122,8 @@ TEST_F(TpmTest, DamagedFilesAreShown) {
             std::filesystem::remove_all(path(name));
             if (row[i] == "dir") {
                 std::filesystem::create_directory(path(name));
-            } else if (row[i] == full) {
-                std::filesystem::create_symlink(full, path(name));
+            } else if (row[i] == full || row[i] == nowhere) {
+                std::filesystem::create_symlink(row[i], path(name));
             } else if (!row[i].empty()) {
                 write(name, row[i]);
             }
@@ -142,9 +151,10 @@ TEST_F(TpmTest, ADatabaseWithoutAPlaceIsShown) {
 TEST_F(TpmTest, AWriterWaitsForTheLockUntilAnInterrupt) {
     ::signal(SIGINT, SIG_DFL);
     const std::string lock = write("M.u1.1.lck", "");
-    const std::string inUse =
+    const std::string waits =
         "File is currently in use.\n  Please break\n      or wait until previous task has "
-        "finished\n      or remove file: /M.u1.1.lck\n";
+        "finished\n      or remove file: ";
+    const std::string inUse = waits + "/M.u1.1.lck\n";
     const std::string userBreak =
         "User break.\n  File is still in use.\n  Please wait until previous task has "
         "finished\n      or remove file: /M.u1.1.lck\n";
@@ -158,6 +168,16 @@ TEST_F(TpmTest, AWriterWaitsForTheLockUntilAnInterrupt) {
     EXPECT_EQ(writeShowing(1, 1, {1}), inUse + "File is now available\n");
     removing.join();
     EXPECT_EQ(read("M.u1.1.tpm"), bytesOf({1, 1, 1, 1}));
+    const std::string gone = path("gone");
+    std::filesystem::create_directory(gone);
+    ::setenv("VELDA_TPM_ROOT", gone.c_str(), 1);
+    write("gone/M.u1.1.lck", "");
+    std::thread moving = onceWaiting([&] { std::filesystem::rename(gone, path("moved")); });
+    EXPECT_EQ(writeShowing(1, 1, {1}),
+              "! " + waits +
+                  "gone/M.u1.1.lck\nCannot open file :gone/M.u1.1.lck\n\nReason is : No such file or "
+                  "directory\n\n");
+    moving.join();
     EXPECT_EQ(::signal(SIGINT, SIG_DFL), SIG_DFL); // as before the wait
 }
 

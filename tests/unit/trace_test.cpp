@@ -127,6 +127,36 @@ TEST_F(TraceTest, HitsAddUpInWhateverForm) {
     }
 }
 
+// After counts of 0 an item is not yet hit in its test: the first other count is a first hit, and ends with the test.
+TEST_F(TraceTest, CountsOfZeroAreNoHits) {
+    const std::string others = "TB 0 1\nTB 0 1\nTB 0 1\nTB 0 1\n"; // the calls are not last in the bytes
+    EXPECT_EQ(accountOfRun("CO\n" + partA + "TA 0 0\nTA  0 0\nTA 0 3\nTA 0 4\n" + others), "");
+    EXPECT_EQ(service().calls[0].testHits, 7U);
+    EXPECT_EQ(service().testCovered[counter::calls], 3U) << "each time that it had no hits";
+    EXPECT_EQ(service().globalCovered[counter::calls], 1U);
+    resetTestCounts();
+    EXPECT_EQ(service().calls[0].testHits, 0U);
+}
+
+// Where services share an identifier, a hit means that of the service hit last, however often it has been seen.
+TEST_F(TraceTest, HitsOfRepeatedIdentifiersMoveOnToTheNextService) {
+    const FileDescription& file = load(
+        descriptionOf("AP 0 \"f\" \"x\" 1 1\nAP 0 \"g\" \"x\" 2 2\nAP 1 \"g\" \"x\" 3 3\n", "c.c", "97"));
+    const std::string part = "FT 16\nDC 7\n";
+    for (const std::string count : {"", " 2"}) {
+        const std::string first = "TA 0" + count + "\n";
+        const std::string moving = "TA 1" + count + "\n";
+        ASSERT_EQ(accountOfRun((count.empty() ? "NT\n" : "NT\nCO\n") + part + first + moving + "TA  0" +
+                               count + "\n" + first + first + part + first),
+                  "");
+        std::vector<std::uint32_t> hits;
+        for (const CallEntry& call : file.calls) {
+            hits.push_back(call.testHits);
+        }
+        EXPECT_EQ(hits, count.empty() ? std::vector({1U, 1U, 1U}) : std::vector({4U, 6U, 2U}));
+    }
+}
+
 TEST_F(TraceTest, EveryFaultHasItsMessage) {
     const std::string opcode = fatalAccount("Unknown opcode in trace file x.tio");
     const std::string outside =

@@ -1,0 +1,2 @@
+made elsewhere
+last
