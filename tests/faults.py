@@ -109,6 +109,8 @@ def cannot_write(name):
 def judge_allocation(run, good, place, scenario):
     if "tpm/Coverage.anna.20.lck" in run.files:
         return False
+    if "failed to register TLS destructor" in run.err:
+        return run.status == 9  # the C library gives up by itself, below the toolkit's regular expressions
     if run.status == 7 and good.status != 7:
         return run.err.endswith(NO_MEMORY) or NO_MEMORY_IN_COMMAND in run.err and run.err.endswith(IN_COMMAND_LINE)
     if run.like(good):
@@ -330,7 +332,8 @@ def crashes(places, workers):
 def prepare(place):
     shutil.copytree(EXAMPLE, place)
     (place / "norvik" / "lib" / "locale").mkdir(parents=True)
-    (place / "words.txt").write_text("# the example\n" + "fdc/*.fdc \\\ntraces/normal.tio \"traces/lock.tio\"\n")
+    # Without wildcards: where the toolkit's matcher gets no memory, it matches nothing and does not say so.
+    (place / "words.txt").write_text("# the example\nfdc/burner.fdc fdc/queue.fdc \\\ntraces/normal.tio \"traces/lock.tio\"\n")
     functions, tests = 3000, 30
     (place / "big.fdc").write_text('VE 3.0e A\nFC "big.c" "."\nFD 0\nTC PR\n' + "".join(
         f'PR {number} proc "function_{number}" {number + 1} {number + 1}\n' for number in range(functions)) +
