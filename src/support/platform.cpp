@@ -288,7 +288,7 @@ EndingSignalsHeld::~EndingSignalsHeld() {
 }
 
 void letTooLargeFilesFail() {
-    std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
 }
 
 } // namespace veldacov::platform
