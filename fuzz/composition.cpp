@@ -6,6 +6,7 @@
 #include "description/fdcL.h"
 #include "description/model.h"
 #include "driver/program.h"
+#include "plain_judges.h"
 #include "support.h"
 
 using namespace veldacov;
@@ -13,32 +14,6 @@ using namespace veldacov;
 namespace {
 
 constexpr std::uint32_t mostJudged = 40; // cases and conditions: the plain way is slow
-
-// The value of the expression at `at` for case k; moves `at` behind it and counts the conditions met.
-bool evaluate(std::string_view expression, std::size_t& at, std::uint32_t k, std::uint32_t& condition) {
-    const char node = expression[at++];
-    if (node == '.') {
-        const std::uint32_t bit = condition++;
-        return bit < 32 && (k >> bit & 1U) != 0;
-    }
-    const bool left = evaluate(expression, at, k, condition);
-    if (node == 'N') {
-        return !left;
-    }
-    const bool right = evaluate(expression, at, k, condition);
-    return node == 'X' ? left != right : (node == 'A' || node == 'a' ? left && right : left || right);
-}
-
-// Whether two vectors differ at position j, where both care, and nowhere else.
-bool differAt(const std::string& a, const std::string& b, std::size_t j) {
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        const bool care = a[i] != 'X' && b[i] != 'X';
-        if (i == j ? !care || a[i] == b[i] : care && a[i] != b[i]) {
-            return false;
-        }
-    }
-    return true;
-}
 
 std::uint32_t firstPlace(const Service& service, std::uint32_t id) {
     const auto first = std::find_if(service.conditions.begin(), service.conditions.end(),
@@ -62,7 +37,7 @@ void judge(const Service& service, const Composition& composition) {
         std::size_t start = 0;
         std::uint32_t condition = 0;
         outcomes.push_back(isTable ? k < composition.frontier
-                                   : evaluate(composition.cases, start, k, condition));
+                                   : plain::evaluate(composition.cases, start, k, condition));
         const std::string text = vectors[k] + (outcomes[k] ? "=T" : "=F");
         fuzz::require(conditionText(service, composition.firstCase + k) == text.c_str());
     }
@@ -72,7 +47,7 @@ void judge(const Service& service, const Composition& composition) {
         std::size_t next = 0;
         for (std::uint32_t a = 0; a < caseCount; ++a) {
             for (std::uint32_t b = 0; b < caseCount; ++b) {
-                const bool partners = isTable ? outcomes[a] && differAt(vectors[a], vectors[b], j)
+                const bool partners = isTable ? outcomes[a] && plain::differAt(vectors[a], vectors[b], j)
                                               : j < 32 && b != a && b == (a | 1U << j);
                 if (outcomes[a] != outcomes[b] && partners) {
                     fuzz::require(next < found.size());

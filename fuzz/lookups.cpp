@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <map>
-#include <type_traits>
 
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "description/fdcL.h"
 #include "description/model.h"
 #include "driver/program.h"
+#include "plain_judges.h"
 #include "report/report.h"
 #include "report/trace_reader.h"
 #include "support.h"
@@ -70,30 +70,6 @@ private:
     bool distinct_ = false; // hits of repeated identifiers take other ways
 };
 
-struct Found {
-    CoverageItem* item = nullptr;
-    std::uint16_t type = 0;
-    Service* service = nullptr;
-};
-
-// The first item of the types with this identifier, from the service `current` to the last, then from the first; its
-// service becomes the current one.
-Found searched(FileDescription& file, std::size_t& current, std::uint16_t types, std::uint32_t id) {
-    Found found;
-    for (std::size_t i = 0; i < file.services.size() && found.item == nullptr; ++i) {
-        const std::size_t place = (current + i) % file.services.size();
-        forEachItem(file.services[place], [&](auto& record, std::uint16_t coverageType) {
-            if constexpr (std::is_base_of_v<CoverageItem, std::decay_t<decltype(record)>>) {
-                if (found.item == nullptr && (coverageType & types) != 0 && record.id == id) {
-                    found = {&record, coverageType, &file.services[place]};
-                }
-            }
-        });
-        current = found.item != nullptr ? place : current;
-    }
-    return found;
-}
-
 void compareLookups(Model& model, FuzzedDataProvider& bytes) {
     FileDescription& file = *loadedDescriptions()[0];
     std::size_t current = 0;
@@ -105,7 +81,7 @@ void compareLookups(Model& model, FuzzedDataProvider& bytes) {
         }
         const ItemKind kind = itemKinds[model.below(4)];
         const std::uint32_t id = model.anyId();
-        const Found expected = searched(file, current, typesOfKinds[kindIndex(kind)], id);
+        const plain::Found expected = plain::searched(file, current, typesOfKinds[kindIndex(kind)], id);
         if (expected.item != nullptr && model.below(2) == 0) {
             recordHit(file, kind, id, step, Counting::Replace);
             fuzz::require(expected.item->testHits == step);
@@ -136,7 +112,7 @@ struct PlainCounts {
         }
     }
 
-    void hit(const Found& found, std::uint32_t count, bool counted) {
+    void hit(const plain::Found& found, std::uint32_t count, bool counted) {
         Record& record = records[found.item];
         if (record.test == 0) {
             cover(test[found.service], found.type);
@@ -249,7 +225,8 @@ void compareHits(Model& model, FuzzedDataProvider& bytes) {
                 items[part][model.below(model.below(2) == 0 ? known : std::min(known, 4U))];
             const std::uint32_t count = counts[model.below(8)];
             const std::uint32_t form = model.below(8);
-            const Found found = searched(*loadedDescriptions()[part], current, typesOfKinds[kind], id);
+            const plain::Found found =
+                plain::searched(*loadedDescriptions()[part], current, typesOfKinds[kind], id);
             plain.hit(found, count, counted);
             trace.append(keywords[kind]).append(form == 7 ? "  " : " ").append(hexText(id).view());
             trace.append(form == 6 && id < 16 ? "0" : "").append(counted ? " " : "");

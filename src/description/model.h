@@ -199,8 +199,8 @@ struct alignas(64) Service {
 };
 
 // Items of one kind by identifier. Dense identifiers, at least as many as there are items, index an array (null
-// where there is no such item), others a hash table. An identifier that occurs in several services keeps the first item of each, in service
-// order.
+// where there is no such item), others a hash table. An identifier that occurs in several services keeps the first
+// item of each, in service order.
 struct ItemIndex {
     std::pmr::vector<CoverageItem*> dense{&recordMemory()};
     struct RareItems {

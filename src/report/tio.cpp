@@ -12,9 +12,6 @@ namespace veldacov {
 
 namespace {
 
-constexpr std::array<std::string_view, 10> keywords = {"NT", "DT", "CO", "FT", "DC",
-                                                       "TP", "TA", "TB", "TE", "EI"};
-
 // What becomes of a line in a state.
 enum class Treatment : std::uint8_t { Deliver, DeliverIfRead, Ignore, Refuse };
 
@@ -73,8 +70,8 @@ Treatment treatmentOf(const TraceCursor& cursor, LineKind kind, SkippedParts ski
 } // namespace
 
 LineKind lineKind(std::string_view keyword) {
-    const auto known = std::find(keywords.begin(), keywords.end(), keyword);
-    return static_cast<LineKind>(known - keywords.begin()); // Other follows the last keyword
+    const auto known = std::find(lineKeywords.begin(), lineKeywords.end(), keyword);
+    return static_cast<LineKind>(known - lineKeywords.begin()); // Other follows the last keyword
 }
 
 TraceCursor startOfTraces() {
@@ -197,7 +194,7 @@ KnownHits knownHits(FileDescription& description, Counting counting, std::uint16
     KnownHits known = noKnownHits;
     for (const ItemKind kind : itemKinds) {
         const SeenHits& seen = seenHits(description, kind, counting);
-        KnownHits::Items& items = KnownHits::ofKeyword(known, KnownHits::keywordOf(kind));
+        KnownHits::Items& items = KnownHits::ofKeyword(known, KnownHits::startOfLine(kind));
         const bool isRecorded = (recordedTypes & typesOfKind(kind)) != 0;
         items.needed = static_cast<std::uint8_t>((isRecorded ? seen::plainHit : 0) | (kept ? seen::kept : 0));
         items.plain = seen.plain.data();
@@ -206,10 +203,6 @@ KnownHits knownHits(FileDescription& description, Counting counting, std::uint16
                                                                                  : seen.plain.size());
     }
     return known;
-}
-
-std::string_view keywordOf(ItemKind kind) {
-    return keywords[static_cast<std::size_t>(LineKind::TP) + kindIndex(kind)];
 }
 
 } // namespace veldacov

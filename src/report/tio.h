@@ -29,7 +29,14 @@
 namespace veldacov {
 
 enum class LineKind : std::uint8_t { NT, DT, CO, FT, DC, TP, TA, TB, TE, EI, Other };
+// By LineKind; Other has none.
+inline constexpr std::array<std::string_view, 10> lineKeywords = {"NT", "DT", "CO", "FT", "DC",
+                                                                  "TP", "TA", "TB", "TE", "EI"};
 LineKind lineKind(std::string_view keyword);
+// The keyword of a hit of this kind.
+constexpr std::string_view keywordOf(ItemKind kind) {
+    return lineKeywords[static_cast<std::size_t>(LineKind::TP) + kindIndex(kind)];
+}
 
 enum class ReadState : std::uint8_t {
     Recording,
@@ -110,9 +117,11 @@ struct KnownHits {
     // By the second letter of the keyword, whose last three bits tell the four letters apart.
     std::array<Items, 8> byLetter{};
 
-    static constexpr std::uint32_t keywordOf(ItemKind kind) {
-        const std::uint32_t letter = static_cast<unsigned char>("PABE"[kindIndex(kind)]);
-        return std::uint32_t{'T'} | letter << 8U | std::uint32_t{' '} << 16U;
+    static constexpr std::uint32_t startOfLine(ItemKind kind) {
+        const auto letter = [kind](std::size_t i) {
+            return std::uint32_t{static_cast<unsigned char>(veldacov::keywordOf(kind)[i])};
+        };
+        return letter(0) | letter(1) << 8U | std::uint32_t{' '} << 16U;
     }
     template <typename Known>
     static constexpr auto& ofKeyword(Known& known, std::uint32_t keyword) {
@@ -122,7 +131,7 @@ struct KnownHits {
 inline constexpr KnownHits noKnownHits = [] {
     KnownHits known;
     for (const ItemKind kind : itemKinds) {
-        const std::uint32_t keyword = KnownHits::keywordOf(kind);
+        const std::uint32_t keyword = KnownHits::startOfLine(kind);
         KnownHits::ofKeyword(known, keyword) = {nullptr, nullptr, 0, keyword, kind, 0};
     }
     return known;
@@ -132,9 +141,9 @@ KnownHits knownHits(FileDescription& description, Counting counting, std::uint16
 
 // Takes the hit lines that stand next in their plain form, as programs write them (keyword, identifier, and a
 // count in counted tests; one blank between, no other characters), and calls take(hit) for each that is not of
-// a known item; the counts of known ones are put aside. Stops before any other line, and near the end of the bytes in hand; what it leaves is read by
-// nextTraceLine and means the same. Only for states that deliver hits, with a current part. It goes forward
-// through the bytes once: this is where the time of a run goes.
+// a known item; the counts of known ones are put aside. Stops before any other line, and near the end of the
+// bytes in hand; what it leaves is read by nextTraceLine and means the same. Only for states that deliver hits,
+// with a current part. It goes forward through the bytes once: this is where the time of a run goes.
 template <typename Take>
 void takePlainHits(TraceCursor& cursor, const KnownHits& known, Take take);
 
@@ -146,9 +155,6 @@ constexpr std::uint16_t typesOfKind(ItemKind kind) {
                                                     type::basicConditions | type::compoundConditions};
     return types[kindIndex(kind)];
 }
-// The keyword of a hit of this kind.
-std::string_view keywordOf(ItemKind kind);
-
 namespace detail {
 
 constexpr std::ptrdiff_t longestPlainHit = 2 + 1 + 8 + 1 + 8 + 2;

@@ -7,10 +7,15 @@
 #include <vector>
 
 #include "description/conditions.h"
+#include "plain_judges.h"
 #include "unit/test_support.h"
 
 namespace veldacov::test {
 namespace {
+
+using plain::bitOf;
+using plain::differAt;
+using plain::evaluate;
 
 using Texts = std::vector<std::string>;
 
@@ -20,35 +25,6 @@ struct CcLine {
     std::string cases;
     std::optional<std::uint32_t> frontier = std::nullopt;
 };
-
-bool bitOf(std::uint32_t number, std::uint32_t bit) {
-    return bit < 32 && (number >> bit & 1U) != 0;
-}
-
-// The value of the expression at `at` for case k; moves `at` behind it and counts the conditions met.
-bool evaluate(const std::string& expression, std::size_t& at, std::uint32_t k, std::uint32_t& condition) {
-    const char node = expression[at++];
-    if (node == '.') {
-        return bitOf(k, condition++);
-    }
-    const bool left = evaluate(expression, at, k, condition);
-    if (node == 'N') {
-        return !left;
-    }
-    const bool right = evaluate(expression, at, k, condition);
-    return node == 'X' ? left != right : (node == 'A' || node == 'a' ? left && right : left || right);
-}
-
-// Whether two vectors differ at position j, where both care, and nowhere else.
-bool differAt(const std::string& a, const std::string& b, std::size_t j) {
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        const bool care = a[i] != 'X' && b[i] != 'X';
-        if (i == j ? !care || a[i] == b[i] : care && a[i] != b[i]) {
-            return false;
-        }
-    }
-    return true;
-}
 
 // The texts of the cases, then those of the pairs of each basic condition. `known`: the text of the first
 // condition of the service with each identifier.

@@ -3,6 +3,7 @@
 #include <random>
 #include <vector>
 
+#include "plain_judges.h"
 #include "unit/test_support.h"
 
 namespace veldacov::test {
@@ -37,29 +38,6 @@ protected:
     std::mt19937 random{20240607};
 };
 
-struct Found {
-    CoverageItem* item = nullptr;
-    std::uint16_t type = 0;
-};
-
-// The first item of the types with this identifier, from the service `current` to the last, then from the
-// first; its service becomes the current one.
-Found searched(FileDescription& file, std::size_t& current, std::uint16_t types, std::uint32_t id) {
-    Found found;
-    for (std::size_t i = 0; i < file.services.size() && found.item == nullptr; ++i) {
-        const std::size_t place = (current + i) % file.services.size();
-        forEachItem(file.services[place], [&](auto& record, std::uint16_t type) {
-            if constexpr (std::is_base_of_v<CoverageItem, std::decay_t<decltype(record)>>) {
-                if (found.item == nullptr && (type & types) != 0 && record.id == id) {
-                    found = {&record, type};
-                }
-            }
-        });
-        current = found.item != nullptr ? place : current;
-    }
-    return found;
-}
-
 TEST_F(ModelTest, LookupsGiveWhatTheOrderedSearchGives) {
     constexpr std::uint16_t typesOfKinds[] = {0x003, 0x004, 0x0e8, 0x500};
     for (std::uint32_t round = 0; round < 60; ++round) {
@@ -78,7 +56,7 @@ TEST_F(ModelTest, LookupsGiveWhatTheOrderedSearchGives) {
             }
             const ItemKind kind = itemKinds[below(4)];
             const std::uint32_t id = oneOf(ids) + below(5) / 4;
-            const Found expected = searched(file, current, typesOfKinds[kindIndex(kind)], id);
+            const plain::Found expected = plain::searched(file, current, typesOfKinds[kindIndex(kind)], id);
             if (expected.item != nullptr && step % 2 == 0) {
                 recordHit(file, kind, id, step, Counting::Replace);
                 ASSERT_EQ(expected.item->testHits, step) << id;
