@@ -59,30 +59,39 @@ constexpr std::array<TypeCode, 11> typeCodes = {{{"PR", type::procedures},
 
 struct MissingTypeWarning {
     std::uint16_t bit;
-    const char* text;
+    TranslatableText text; // in the context "fdcL-Warning"
 };
-// The comment of all of them is "%1 is a file name".
 constexpr std::array<MissingTypeWarning, 10> missingTypeWarnings = {{
     {type::procedures,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Procedures coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Procedures coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::exits,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Procedures and outputs coverage type won't be computed for file %1")},
-    {type::calls, QT_TRANSLATE_NOOP("fdcL-Warning", "Calls coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Procedures and outputs coverage type won't be computed for file %1",
+                        "%1 is a file name")},
+    {type::calls, QT_TRANSLATE_NOOP3("fdcL-Warning", "Calls coverage type won't be computed for file %1",
+                                     "%1 is a file name")},
     {type::simpleBlocks,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Simple blocks coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Simple blocks coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::implicitBlocks,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Implicit blocks coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Implicit blocks coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::logicalBlocks,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Logical blocks coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Logical blocks coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::atcBlocks,
-     QT_TRANSLATE_NOOP("fdcL-Warning",
-                       "Asynchronous transfer blocks coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning",
+                        "Asynchronous transfer blocks coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::basicConditions,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Basic conditions coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Basic conditions coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::modifiedConditions,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Modified conditions coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Modified conditions coverage type won't be computed for file %1",
+                        "%1 is a file name")},
     {type::compoundConditions,
-     QT_TRANSLATE_NOOP("fdcL-Warning", "Compound conditions coverage type won't be computed for file %1")},
+     QT_TRANSLATE_NOOP3("fdcL-Warning", "Compound conditions coverage type won't be computed for file %1",
+                        "%1 is a file name")},
 }};
 
 // Field descriptions of names, translated in the context "fdcL-Error" when one is missing.
@@ -456,8 +465,7 @@ void checkTypes(const FileDescription& section, std::uint16_t requested, const s
     }
     for (const MissingTypeWarning& warning : missingTypeWarnings) {
         if ((requested & ~section.coverageTypes & warning.bit) != 0) {
-            warningMessage(
-                filled(translate("fdcL-Warning", warning.text, "%1 is a file name"), {sourcePath}));
+            warningMessage(filled(translate("fdcL-Warning", warning.text), {sourcePath}));
         }
     }
 }

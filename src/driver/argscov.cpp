@@ -168,9 +168,8 @@ struct SelectionOption {
     std::uint8_t clearedDefault; // bit of the selection mask that the option clears
     bool (*applies)(const CoverageOptions&);
     const char* inconsistent;
-    const char* pathIgnored; // null: names are no file names
-    const char* twice;
-    const char* twiceComment;
+    TranslatableText pathIgnored; // empty: names are no file names
+    TranslatableText twice;
 };
 
 bool hasFiles(const CoverageOptions& options) {
@@ -190,34 +189,56 @@ constexpr std::array<SelectionOption, 6> selections = {{
     {"FILE", &CoverageOptions::fileList, mark::file, selection::allFiles, hasFiles,
      QT_TRANSLATE_NOOP("User Warning",
                        "Use of -SUMMARY=CONCLUSION and -FILE is inconsistent, -FILE is ignored"),
-     QT_TRANSLATE_NOOP("User Warning", "File %1 with path in -FILE list; path ignored"),
-     QT_TRANSLATE_NOOP("User Warning", "The file %1 appears twice in -FILE list"),
-     "%1 is the name of the file"},
+     QT_TRANSLATE_NOOP3("User Warning", "File %1 with path in -FILE list; path ignored",
+                        "%1 is the file with a path"),
+     QT_TRANSLATE_NOOP3("User Warning", "The file %1 appears twice in -FILE list",
+                        "%1 is the name of the file")},
     {"EXFILE", &CoverageOptions::exFileList, mark::exFile, 0, hasFiles,
      QT_TRANSLATE_NOOP("User Warning",
                        "Use of -SUMMARY=CONCLUSION and -EXFILE is inconsistent, -EXFILE is ignored"),
-     QT_TRANSLATE_NOOP("User Warning", "File %1 with path in -EXFILE list; path ignored"),
-     QT_TRANSLATE_NOOP("User Warning", "The file %1 appears twice in -EXFILE list"),
-     "%1 is the name of the file"},
-    {"SERVICE", &CoverageOptions::serviceList, mark::service, selection::allServices, hasServices,
+     QT_TRANSLATE_NOOP3("User Warning", "File %1 with path in -EXFILE list; path ignored",
+                        "%1 is the file with a path"),
+     QT_TRANSLATE_NOOP3("User Warning", "The file %1 appears twice in -EXFILE list",
+                        "%1 is the name of the file")},
+    {"SERVICE",
+     &CoverageOptions::serviceList,
+     mark::service,
+     selection::allServices,
+     hasServices,
      QT_TRANSLATE_NOOP("User Warning",
                        "Use of -SUMMARY=CONCLUSION|FILE and -SERVICE is inconsistent, -SERVICE is ignored"),
-     nullptr, QT_TRANSLATE_NOOP("User Warning", "The service %1 appears twice in -SERVICE list"),
-     "%1 is the name of the service"},
-    {"EXSERVICE", &CoverageOptions::exServiceList, mark::exService, 0, hasServices,
+     {},
+     QT_TRANSLATE_NOOP3("User Warning", "The service %1 appears twice in -SERVICE list",
+                        "%1 is the name of the service")},
+    {"EXSERVICE",
+     &CoverageOptions::exServiceList,
+     mark::exService,
+     0,
+     hasServices,
      QT_TRANSLATE_NOOP(
          "User Warning",
          "Use of -SUMMARY=CONCLUSION|FILE and -EXSERVICE is inconsistent, -EXSERVICE is ignored"),
-     nullptr, QT_TRANSLATE_NOOP("User Warning", "The service %1 appears twice in -EXSERVICE list"),
-     "%1 is the name of the service"},
-    {"TEST", &CoverageOptions::testList, mark::test, selection::allTests, hasTests,
-     QT_TRANSLATE_NOOP("User Warning", "Use of -GLOBAL and -TEST is inconsistent, -TEST is ignored"), nullptr,
-     QT_TRANSLATE_NOOP("User Warning", "The test %1 appears twice in -TEST list"),
-     "%1 is the name of the test"},
-    {"EXTEST", &CoverageOptions::exTestList, mark::exTest, 0, hasTests,
+     {},
+     QT_TRANSLATE_NOOP3("User Warning", "The service %1 appears twice in -EXSERVICE list",
+                        "%1 is the name of the service")},
+    {"TEST",
+     &CoverageOptions::testList,
+     mark::test,
+     selection::allTests,
+     hasTests,
+     QT_TRANSLATE_NOOP("User Warning", "Use of -GLOBAL and -TEST is inconsistent, -TEST is ignored"),
+     {},
+     QT_TRANSLATE_NOOP3("User Warning", "The test %1 appears twice in -TEST list",
+                        "%1 is the name of the test")},
+    {"EXTEST",
+     &CoverageOptions::exTestList,
+     mark::exTest,
+     0,
+     hasTests,
      QT_TRANSLATE_NOOP("User Warning", "Use of -GLOBAL and -EXTEST is inconsistent, -EXTEST is ignored"),
-     nullptr, QT_TRANSLATE_NOOP("User Warning", "The test %1 appears twice in -EXTEST list"),
-     "%1 is the name of the test"},
+     {},
+     QT_TRANSLATE_NOOP3("User Warning", "The test %1 appears twice in -EXTEST list",
+                        "%1 is the name of the test")},
 }};
 
 // The name as it is shown, and as it is interned: files are known by their upper-case base names.
@@ -227,13 +248,12 @@ struct SelectedName {
 };
 
 SelectedName nameOf(const SelectionOption& selection, const std::string& value) {
-    if (selection.pathIgnored == nullptr) {
+    if (selection.pathIgnored.source == nullptr) {
         return {value, value};
     }
     const std::string base(baseName(value));
     if (base != value) {
-        warningMessage(
-            filled(translate("User Warning", selection.pathIgnored, "%1 is the file with a path"), {value}));
+        warningMessage(filled(translate("User Warning", selection.pathIgnored), {value}));
     }
     return {base, duplicateUpper(base)};
 }
@@ -256,8 +276,7 @@ void select(const SelectionOption& selection, CoverageOptions& options) {
         }
         entry->flags |= selection.mark;
         if (addNameCount(options.*selection.list, entry) > 1) {
-            warningMessage(
-                filled(translate("User Warning", selection.twice, selection.twiceComment), {name.shown}));
+            warningMessage(filled(translate("User Warning", selection.twice), {name.shown}));
         }
     }
 }

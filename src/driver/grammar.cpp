@@ -54,7 +54,9 @@ CommandGrammar commandGrammar() {
     CommandGrammar grammar;
     grammar.programName = "veldacov";
     grammar.usage = usage;
-    grammar.positionals = {{.name = "file", .isList = true, .min = shortest, .max = longest}};
+    // The one argument name that a diagnostic may show: its translation stands there.
+    grammar.positionals = {
+        {.name = QT_TRANSLATE_NOOP("Command-line", "file"), .isList = true, .min = shortest, .max = longest}};
     grammar.options = {
         {.name = "PROC", .argument = value("proc type"), .keywords = {{"RET"}}},
         {.name = "NOPROC"},

@@ -32,13 +32,8 @@ std::string exhaustionLine = "Norvik veldacov - FATAL ERROR: No memory left\n";
 
 enum class MessageKind : std::uint8_t { Fatal, Internal, User, Warning, Info };
 
-struct MessagePrefix {
-    const char* format;
-    const char* comment;
-};
-
 // By MessageKind. The comments are part of the translation keys, their spelling included.
-constexpr std::array<MessagePrefix, 5> messagePrefixes = {{
+constexpr std::array<TranslatableText, 5> messagePrefixes = {{
     QT_TRANSLATE_NOOP3("Display Message", "%1 %2 - FATAL ERROR: %3\n",
                        "Used for fatal error message\n%1: product name\n%2: executable name\n%3: message to "
                        "display"),
@@ -57,8 +52,7 @@ constexpr std::array<MessagePrefix, 5> messagePrefixes = {{
 }};
 
 QString messageLine(MessageKind kind, const QString& message) {
-    const MessagePrefix& prefix = messagePrefixes[static_cast<std::size_t>(kind)];
-    return translate("Display Message", prefix.format, prefix.comment)
+    return translate("Display Message", messagePrefixes[static_cast<std::size_t>(kind)])
         .arg(identity().productName)
         .arg(identity().executableName)
         .arg(message);
@@ -86,6 +80,10 @@ void runLastWrites() {
 
 QString translate(const char* context, const char* source, const char* comment) {
     return QCoreApplication::translate(context, source, comment);
+}
+
+QString translate(const char* context, const TranslatableText& text) {
+    return translate(context, text.source, text.comment);
 }
 
 QString filled(QString text, std::initializer_list<std::string_view> values) {

@@ -22,9 +22,16 @@ enum class ExitStatus : int { Normal = 0, NoLocaleDirectory = 1, FatalError = 7,
 constexpr std::string_view toolVersion = "7.0.0.1.031.001";
 
 // Looks a text up in the installed translations under its three keys; the source text when none has it.
-// The keys must stand as literals at the call (or in QT_TRANSLATE_NOOP of a table), where the translators'
-// tools find them.
+// The keys must stand as literals at the call (or in QT_TRANSLATE_NOOP or QT_TRANSLATE_NOOP3 of a table), where
+// the translators' tools find them.
 QString translate(const char* context, const char* source, const char* comment = nullptr);
+
+// A text of a table, with the comment that is part of its key; QT_TRANSLATE_NOOP3 makes one.
+struct TranslatableText {
+    const char* source = nullptr;
+    const char* comment = nullptr;
+};
+QString translate(const char* context, const TranslatableText& text);
 
 // Fills the placeholders of a text one after the other, each value replacing the lowest-numbered placeholder
 // that is left (so a value that holds "%2" takes part in the next filling). Values are in the local encoding.
