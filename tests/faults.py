@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """What the program does when the system refuses: memory, writes, reads, closes and opens that fail, full devices,
-closed streams, readers that leave, and crashes.
+closed streams, readers that leave, and crashes. And what hostile inputs may cost.
 
     faults.py PROGRAM PRELOAD [--all] [--only=PART] [--kind=KIND]
 
@@ -57,7 +57,8 @@ def check(fine, what, run=None):
 class Run:
     """One run of the program in a place: its status, messages and files."""
 
-    def __init__(self, place, words, database="none", kind="", at=0, how="on", variables=None, before=None, **streams):
+    def __init__(self, place, words, database="none", kind="", at=0, how="on", variables=None, before=None,
+                 timeout=TIMEOUT, **streams):
         for folder in ("out", "tpm"):
             shutil.rmtree(place / folder, ignore_errors=True)
             (place / folder).mkdir()
@@ -74,7 +75,7 @@ class Run:
             process = subprocess.Popen([PROGRAM, *words.split()], cwd=place, env=environment | (variables or {}),
                                        preexec_fn=before, **streams)
             try:
-                self.status = process.wait(TIMEOUT)
+                self.status = process.wait(timeout)
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait()
@@ -329,6 +330,48 @@ def crashes(places, workers):
     print(f"crashes: {caught} of 30 during a run of {duration:.2f} s")
 
 
+def described(lines, name="bad.c"):
+    return (f'VE 3.0e A\nFC "{name}" "src/"\nFD 0\nTC PR RE AP BS BI BL BA CO CC\n{lines}DC 1090519047 99\n')
+
+
+def composed(composition):
+    return described(f'CE 0 "f" "x" 1 1\nCC 9 {composition}\n')
+
+
+# Inputs that ask for much: what, the file bad.*, words, mebibytes that must do, and what the report says in the end or
+# the message instead of it. A second of time must do, too, or ten in a build that is not optimised.
+HOSTILE = (
+    ("more cases than there is memory for", "fdc", lambda: composed("1 0 4000000000 TF 1"), "", 100, NO_MEMORY),
+    ("more cases than there is memory for, by expression", "fdc", lambda: composed("1 0 4000000000 ."), "", 700, NO_MEMORY),
+    ("more conditions than cases", "fdc", lambda: composed(f"32767 {'0 ' * 32767}100000 TF 1"), "", 150, "(0/32767)"),
+    ("a million pairs", "fdc", lambda: composed(f"1 0 2048 {'T' * 1024}{'F' * 1024} 1024"), "", 150, "(0/2048)"),
+    ("a deep expression", "fdc", lambda: composed(f"1 0 4 {'N' * 1000000}."), "", 150, "(0/4)"),
+    ("a long expression", "fdc", lambda: composed(f"1 0 4096 {'A' * 500000}{'.' * 500001}"), "", 150, "(0/4096)"),
+    ("many sections", "fdc", lambda: "@/RIK\n".join(described('AP 0 "f" "g" 1 1\n', f"{number}.c") for number in range(50000)),
+     "-SUMMARY=CONCLUSION", 250, "(0/50000)"),
+    ("many services", "fdc", lambda: described("".join(f'CA {number} "{number}" "x" 1 1\n' for number in range(100000))),
+     "-SUMMARY=CONCLUSION", 250, "(0/100000)"),
+    ("many parts to keep", "tio", lambda: "NT\n" + "".join(f"FT {number:x}\nDC 1\nTP 0\n" for number in range(100000)),
+     "fdc/queue.fdc -CLEAN=out/clean", 250, "(0/34)"),
+    ("the largest identifier", "tio", lambda: "NT\nFT 36\nDC 8\nTP ffffffff\n", "fdc/queue.fdc -CLEAN=out/clean", 100, "(0/34)"),
+    ("many stars", "tio", lambda: "NT\n", f"fdc/queue.fdc {'q*' * 500} {'*q' * 500} fdc/{'*e' * 500}", 100, "(0/34)"),
+)
+
+
+def hostile_inputs(places, workers):
+    place = places[0]
+    for what, kind, text, words, mebibytes, says in HOSTILE:
+        (place / f"bad.{kind}").write_text(text())
+        limit = mebibytes * 1024 * 1024
+        started = time.monotonic()
+        run = Run(place, f"bad.{kind} -OUTPUT=out/report {words}", timeout=30,
+                  before=lambda: (resource.setrlimit(resource.RLIMIT_AS, (limit, limit)),
+                                  resource.setrlimit(resource.RLIMIT_CPU, (10, 10))))
+        done = run.status == 0 and says in run.files["out/report"].decode()
+        check(done or run.status == 7 and run.err.endswith(says), f"{what}: not within its bounds", run)
+        print(f"  {what}: {time.monotonic() - started:.2f} s")
+
+
 def prepare(place):
     shutil.copytree(EXAMPLE, place)
     (place / "norvik" / "lib" / "locale").mkdir(parents=True)
@@ -350,7 +393,8 @@ def prepare(place):
 def main():
     random.seed(1)
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    parts = [failing_calls, less_and_less_memory, full_devices, small_file_system, closed_streams, readers_that_leave, crashes]
+    parts = [failing_calls, less_and_less_memory, full_devices, small_file_system, closed_streams, readers_that_leave, crashes,
+             hostile_inputs]
     only = next((option.partition("=")[2] for option in OPTIONS if option.startswith("--only=")), "")
     with tempfile.TemporaryDirectory() as work, ThreadPoolExecutor(os.cpu_count()) as workers:
         places = [pathlib.Path(work) / str(number) for number in range(os.cpu_count() or 1)]
