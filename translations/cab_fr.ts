@@ -5,95 +5,95 @@
     <name>CAB</name>
     <message>
         <source>Arg value too small,</source>
-        <translation type="unfinished"></translation>
+        <translation>Valeur d&apos;argument trop petite,</translation>
     </message>
     <message>
         <source>Arg value too large,</source>
-        <translation type="unfinished"></translation>
+        <translation>Valeur d&apos;argument trop grande,</translation>
     </message>
     <message>
         <source>Arg length too small,</source>
-        <translation type="unfinished"></translation>
+        <translation>Argument trop court,</translation>
     </message>
     <message>
         <source>Arg length too large,</source>
-        <translation type="unfinished"></translation>
+        <translation>Argument trop long,</translation>
     </message>
     <message>
         <source>Too many arguments invalid argument,</source>
-        <translation type="unfinished"></translation>
+        <translation>Trop d&apos;arguments, argument non valide,</translation>
     </message>
     <message>
         <source>List forbidden invalid argument,</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste interdite, argument non valide,</translation>
     </message>
     <message>
         <source>Unknown option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Option inconnue,</translation>
     </message>
     <message>
         <source>Invalid character following option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Caractère non valide après l&apos;option,</translation>
     </message>
     <message>
         <source>An option can&apos;t be used twice,</source>
-        <translation type="unfinished"></translation>
+        <translation>Une option ne peut pas être utilisée deux fois,</translation>
     </message>
     <message>
         <source>Mandatory argument for this option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Argument obligatoire pour cette option,</translation>
     </message>
     <message>
         <source>No argument for this option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Aucun argument admis pour cette option,</translation>
     </message>
     <message>
         <source>List forbidden invalid option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Liste interdite, option non valide,</translation>
     </message>
     <message>
         <source>Argument missing,</source>
-        <translation type="unfinished"></translation>
+        <translation>Argument manquant,</translation>
     </message>
     <message>
         <source>Ambiguous option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Option ambiguë,</translation>
     </message>
     <message>
         <source>Unknown value of option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Valeur d&apos;option inconnue,</translation>
     </message>
     <message>
         <source>Ambiguous value of option,</source>
-        <translation type="unfinished"></translation>
+        <translation>Valeur d&apos;option ambiguë,</translation>
     </message>
     <message>
         <source>Illegal combination of command elements,</source>
-        <translation type="unfinished"></translation>
+        <translation>Combinaison interdite d&apos;éléments de commande,</translation>
     </message>
     <message>
         <source>File not found</source>
-        <translation type="unfinished"></translation>
+        <translation>Fichier introuvable,</translation>
     </message>
     <message>
         <source>Command analysis: No memory left</source>
-        <translation type="unfinished"></translation>
+        <translation>- Analyse de la commande&#xa0;: Mémoire épuisée</translation>
     </message>
     <message>
         <source>Command analysis</source>
-        <translation type="unfinished"></translation>
+        <translation>- Analyse de la commande</translation>
     </message>
     <message>
         <source>Internal error, bad option name</source>
-        <translation type="unfinished"></translation>
+        <translation>Erreur interne, nom d&apos;option incorrect,</translation>
     </message>
     <message>
         <source>and</source>
-        <translation type="unfinished"></translation>
+        <translation>et</translation>
     </message>
     <message>
         <source>Orbis(R)</source>
-        <translation type="unfinished"></translation>
+        <translation>Orbis(R)</translation>
     </message>
 </context>
 <context>
@@ -124,11 +124,35 @@ Usage veldacov:
 	[-EXTEST=&lt;test&gt;[,test]]
 	[-CIO=&lt;file&gt;]
 </source>
-        <translation type="unfinished"></translation>
+        <translation>
+Utilisation de veldacov&#xa0;:
+&lt;fichier&gt;[,fichier]
+	[-PROC[=&lt;RET&gt;]]
+	[-NOPROC]
+	[-CALL|-NOCALL]
+	[-BLOCK[=&lt;IMPLICIT|DECISION|LOGICAL|ATC&gt;]]
+	[-NOBLOCK]
+	[-COND[=&lt;MODIFIED|COMPOUND&gt;]]
+	[-NOCOND]
+	[-OUTPUT=&lt;fichier&gt;]
+	[-LISTING[=&lt;répertoire&gt;]]
+	[-GLOBAL|-NOGLOBAL]
+	[-CLEAN=&lt;nouveau fichier TIO&gt;]
+	[-MERGETESTS]
+	[-BRANCH=&lt;NOCOV|COV&gt;]
+	[-SUMMARY=&lt;SERVICE|FILE|CONCLUSION&gt;]
+	[-FILE=&lt;fichier&gt;[,fichier]]
+	[-EXFILE=&lt;fichier&gt;[,fichier]]
+	[-SERVICE=&lt;nom&gt;[,nom]]
+	[-EXSERVICE=&lt;nom&gt;[,nom]]
+	[-TEST=&lt;test&gt;[,test]]
+	[-EXTEST=&lt;test&gt;[,test]]
+	[-CIO=&lt;fichier&gt;]
+</translation>
     </message>
     <message>
         <source>file</source>
-        <translation type="unfinished"></translation>
+        <translation>fichier</translation>
     </message>
 </context>
 </TS>

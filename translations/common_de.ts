@@ -6,43 +6,43 @@
     <message>
         <source>Bad decimal number while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Ungültige Dezimalzahl beim Lesen der Datei %1</translation>
     </message>
     <message>
         <source>Null pointer for value while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Nullzeiger anstelle eines Wertes beim Lesen der Datei %1</translation>
     </message>
     <message>
         <source>Null pointer for time while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Nullzeiger anstelle einer Zeitangabe beim Lesen der Datei %1</translation>
     </message>
     <message>
         <source>Bad hexadecimal number while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Ungültige Hexadezimalzahl beim Lesen der Datei %1</translation>
     </message>
     <message>
         <source>Cannot eval file key</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateischlüssel kann nicht berechnet werden</translation>
     </message>
     <message>
         <source>Source file name empty while changing extension</source>
-        <translation type="unfinished"></translation>
+        <translation>Ändern der Dateierweiterung: Name der Quelldatei ist leer</translation>
     </message>
     <message>
         <source>Extension empty while changing it to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Ändern der Dateierweiterung: neue Erweiterung ist leer</translation>
     </message>
     <message>
         <source>Extension not beginning with period while changing it to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Ändern der Dateierweiterung: neue Erweiterung beginnt nicht mit einem Punkt</translation>
     </message>
     <message>
         <source>Environment variable not defined: %1</source>
         <comment>%1 is the variable name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Umgebungsvariable nicht definiert: %1</translation>
     </message>
 </context>
 <context>
@@ -54,7 +54,8 @@
 %1: product name
 %2: executable name
 %3: message to display</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - SCHWERER FEHLER: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - INTERNAL ERROR: %3
@@ -63,7 +64,8 @@
 %1: product name
 %2: executable name
 %3: message to display</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - INTERNER FEHLER: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - ERROR: %3
@@ -72,7 +74,8 @@
 %1: product name
 %2: executable name
 %3: message to display</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - FEHLER: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - WARNING: %3
@@ -81,7 +84,8 @@
 %1: product name
 %2: executable name
 %3: message</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - WARNUNG: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - INFO: %3
@@ -89,7 +93,8 @@
         <comment>Used for information messages%1:product name
 %2: executable name
 %3: message to print</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - INFO: %3
+</translation>
     </message>
 </context>
 </TS>

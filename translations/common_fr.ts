@@ -6,43 +6,43 @@
     <message>
         <source>Bad decimal number while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Nombre décimal incorrect à la lecture du fichier %1</translation>
     </message>
     <message>
         <source>Null pointer for value while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Valeur absente (pointeur nul) à la lecture du fichier %1</translation>
     </message>
     <message>
         <source>Null pointer for time while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Horodatage absent (pointeur nul) à la lecture du fichier %1</translation>
     </message>
     <message>
         <source>Bad hexadecimal number while reading file %1</source>
         <comment>%1 is the file name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Nombre hexadécimal incorrect à la lecture du fichier %1</translation>
     </message>
     <message>
         <source>Cannot eval file key</source>
-        <translation type="unfinished"></translation>
+        <translation>Impossible d&apos;évaluer la clé du fichier</translation>
     </message>
     <message>
         <source>Source file name empty while changing extension</source>
-        <translation type="unfinished"></translation>
+        <translation>Nom du fichier source vide lors du changement d&apos;extension</translation>
     </message>
     <message>
         <source>Extension empty while changing it to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Extension vide lors du changement d&apos;extension d&apos;un fichier</translation>
     </message>
     <message>
         <source>Extension not beginning with period while changing it to a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Extension sans point initial lors du changement d&apos;extension d&apos;un fichier</translation>
     </message>
     <message>
         <source>Environment variable not defined: %1</source>
         <comment>%1 is the variable name</comment>
-        <translation type="unfinished"></translation>
+        <translation>Variable d&apos;environnement non définie&#xa0;: %1</translation>
     </message>
 </context>
 <context>
@@ -54,7 +54,8 @@
 %1: product name
 %2: executable name
 %3: message to display</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - ERREUR FATALE&#xa0;: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - INTERNAL ERROR: %3
@@ -63,7 +64,8 @@
 %1: product name
 %2: executable name
 %3: message to display</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - ERREUR INTERNE&#xa0;: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - ERROR: %3
@@ -72,7 +74,8 @@
 %1: product name
 %2: executable name
 %3: message to display</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - ERREUR&#xa0;: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - WARNING: %3
@@ -81,7 +84,8 @@
 %1: product name
 %2: executable name
 %3: message</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - AVERTISSEMENT&#xa0;: %3
+</translation>
     </message>
     <message>
         <source>%1 %2 - INFO: %3
@@ -89,7 +93,8 @@
         <comment>Used for information messages%1:product name
 %2: executable name
 %3: message to print</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 - INFO&#xa0;: %3
+</translation>
     </message>
 </context>
 </TS>

@@ -5,47 +5,51 @@
     <name>ULMOIdent</name>
     <message>
         <source>Corvane Orbis Norvik Suite</source>
-        <translation type="unfinished"></translation>
+        <translation>Corvane Orbis Norvik Suite</translation>
     </message>
     <message>
         <source>Norvik</source>
-        <translation type="unfinished"></translation>
+        <translation>Norvik</translation>
     </message>
 </context>
 <context>
     <name>Version</name>
     <message>
         <source>Coverage Report Generator</source>
-        <translation type="unfinished"></translation>
+        <translation>Generator für Überdeckungsberichte</translation>
     </message>
     <message>
         <source>ms-dos</source>
         <comment>Operating system name</comment>
-        <translation type="unfinished"></translation>
+        <translation>ms-dos</translation>
     </message>
     <message>
         <source>%1 %2 %3 %4 %5
 </source>
         <comment>%1 is a prefix, %2 a product name, %3 a module name</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 %2 %3 %4 %5
+</translation>
     </message>
     <message>
         <source>%1 Build Number: %2 %3
 </source>
         <comment>%1 is a prefix, %2 a build number, %3 a suffix</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1 Build-Nummer: %2 %3
+</translation>
     </message>
     <message>
         <source>%1   Date : %2 %3 %4
 </source>
         <comment>%1 is a prefix, %2 a date, %3 a time, %4 a suffix</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1   Datum: %2 %3 %4
+</translation>
     </message>
     <message>
         <source>%1    OS : %2 %3
 </source>
         <comment>%1 is a string prefix, %2 the operating system name, %3 a string suffix</comment>
-        <translation type="unfinished"></translation>
+        <translation>%1    Betriebssystem: %2 %3
+</translation>
     </message>
 </context>
 </TS>
