@@ -1,0 +1,71 @@
+#!/usr/bin/env bash
+# What is installed: the program runs from the tree with the language of its user, the manual page can be read, the
+# documentation and the example are complete.
+#
+#   install_tree.sh BUILD
+set -u
+build=$(realpath "$1")
+source=$(realpath "$(dirname "$0")/..")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failures=0
+fail() {
+    echo "$*" >&2
+    failures=$((failures + 1))
+}
+
+cmake --install "$build" --prefix "$work/tree" >"$work/log" || fail "install: $(cat "$work/log")"
+unset VELDACOV_LAN VELDA_TPM_ROOT VELDA_TPM_USER LC_ALL LANG LANGUAGE
+export NORVIKDIR=$work/tree
+
+# The same warning in the languages of the installed translations, and in another.
+while IFS='|' read -r locale text; do
+    said=$(LC_ALL=$locale "$work/tree/bin/veldacov" gone.fdc 2>&1 >/dev/null | head -n 1)
+    [ "$said" = "$text" ] || fail "LC_ALL=$locale: $said"
+done <<'TABLE'
+C.UTF-8|Norvik veldacov - WARNING: Cannot open file gone.fdc
+fr_FR.UTF-8|Norvik veldacov - AVERTISSEMENT : Impossible d'ouvrir le fichier gone.fdc
+fr_BE.UTF-8|Norvik veldacov - AVERTISSEMENT : Impossible d'ouvrir le fichier gone.fdc
+de_DE.UTF-8|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werden
+de|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werden
+es_ES.UTF-8|Norvik veldacov - WARNING: Cannot open file gone.fdc
+TABLE
+for family in cov common cab ulmoident; do
+    for language in de fr; do
+        [ -s "$work/tree/lib/locale/${family}_$language.qm" ] || fail "no translations ${family}_$language"
+    done
+done
+
+# The report's own language does not come from the locale, and data files are the same everywhere.
+cd "$work/tree/share/doc/veldacov/examples/burner" || exit 1
+run() { # LOCALE OUTPUTS
+    mkdir "$work/$2"
+    LC_ALL=$1 "$work/tree/bin/veldacov" fdc/*.fdc traces/normal.tio traces/lock.tio -OUTPUT="$work/$2/report" \
+        -CIO="$work/$2/cio" -CLEAN="$work/$2/clean" -MERGETESTS -LISTING="$work/$2" -FLOW="$work/$2/flow" 2>"$work/$2.messages"
+    sed -E -i 's/[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]{2} [0-9:]{8} 20[0-9]{2}/(now)/' "$work/$2"/*
+}
+run C.UTF-8 source
+run fr_FR.UTF-8 french
+diff -r "$work/source" "$work/french" >&2 || fail "outputs differ with the locale"
+cmp -s "$work/source.messages" "$work/french.messages" && fail "messages do not differ with the locale"
+
+MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldacov.1.gz" >"$work/manual" 2>"$work/log"
+[ -s "$work/log" ] && fail "manual page: $(cat "$work/log")"
+# Every option of the usage text, and the two that are not in it, have an entry of their own.
+for option in $("$work/tree/bin/veldacov" 2>&1 | grep -oE '[-][A-Z]{2,}' | sort -u) -FLOW -VERSION; do
+    grep -qE "^ +([-][A-Z]+.*, )?$option\b" "$work/manual" || fail "manual page: no entry for $option"
+    grep -q "^| .*\`$option\`" "$source/README.md" || fail "README: no row for $option"
+done
+
+# Links between installed pages lead to installed files.
+cd "$work/tree/share/doc/veldacov" || exit 1
+while IFS=: read -r page link; do
+    target=$(dirname "$page")/${link%%#*}
+    [ -e "$target" ] || [[ $target =~ /(src|scripts|tests|fuzz|bench|translations|man)/ ]] || fail "$page: no $link"
+done < <(grep -rhoE --include='*.md' -H '\]\([^)#:]+' . | sed 's/](//')
+for file in "$source"/completions/{veldacov,_veldacov}; do
+    find "$work/tree/share" -name "$(basename "$file")" -type f | grep -q . || fail "no $file"
+done
+
+echo "$failures failures"
+[ "$failures" -eq 0 ]
