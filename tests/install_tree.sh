@@ -54,7 +54,7 @@ MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldacov
 # Every option of the usage text, and the two that are not in it, have an entry of their own.
 for option in $("$work/tree/bin/veldacov" 2>&1 | grep -oE '[-][A-Z]{2,}' | sort -u) -FLOW -VERSION; do
     grep -qE "^ +([-][A-Z]+.*, )?$option\b" "$work/manual" || fail "manual page: no entry for $option"
-    grep -q "^| .*\`$option\`" "$source/README.md" || fail "README: no row for $option"
+    grep -q "^| [^|]*\`$option\`" "$source/README.md" || fail "README: no row for $option"
 done
 
 # Links between installed pages lead to installed files.
