@@ -9,7 +9,7 @@ namespace veldacov {
 
 namespace {
 
-constexpr std::string_view buildNumber = "031.001";
+constexpr std::string_view buildNumber = toolVersion.substr(toolVersion.size() - 7); // its last two parts
 
 std::string buildDate() {
     return toLocal(QDate(2007, 1, 31).toString(Qt::ISODate));

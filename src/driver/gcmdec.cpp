@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdlib>
+#include <limits>
 #include <new>
 
 #include <QRegularExpression>

@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
