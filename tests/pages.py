@@ -10,6 +10,7 @@ commands of a page run in one shell. Dates of the present moment compare equal w
 
 --refresh writes what the commands printed into the page, where it shows all of it: review before you keep it.
 """
+import calendar
 import re
 import shutil
 import subprocess
@@ -64,7 +65,7 @@ def run(steps, build):
 
 def without_present_dates(lines, start):
     def masked(match):
-        seconds = time.mktime(time.strptime(match.group(), "%a %b %d %H:%M:%S %Y"))
+        seconds = calendar.timegm(time.strptime(match.group(), "%a %b %d %H:%M:%S %Y"))  # the runs are in UTC
         return "(now)" if start - 2 <= seconds <= time.time() + 1 else match.group()
 
     return [date.sub(masked, line) for line in lines]
