@@ -57,6 +57,18 @@ for option in $("$work/tree/bin/veldacov" 2>&1 | grep -oE '[-][A-Z]{2,}' | sort 
     grep -q "^| [^|]*\`$option\`" "$source/README.md" || fail "README: no row for $option"
 done
 
+# Its examples run where it says so, without warnings. One of them is a response file.
+sed -n '/^# EXAMPLES/,/^# CAVEATS/p' "$source/docs/man/veldacov.1.scd" | sed 's/\\\(.\)/\1/g' |
+    awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
+for example in example?; do
+    if grep -q '^#' "$example"; then
+        cp "$example" campaign.txt
+    elif ! PATH=$work/tree/bin:$PATH bash -e "$example" >"$work/log" 2>&1 || grep -E ' - (WARNING|.*ERROR):' "$work/log"; then
+        fail "manual page: $(cat "$example" "$work/log")"
+    fi
+done
+[ -f campaign.txt ] || fail "manual page: no response file among the examples"
+
 # Links between installed pages lead to installed files.
 cd "$work/tree/share/doc/veldacov" || exit 1
 while IFS=: read -r page link; do
