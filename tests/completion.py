@@ -4,7 +4,7 @@ whether the shells offer the options and keywords that the program's usage text 
 
     completion.py PROGRAM COMPLETIONS_DIR
 
-A shell that is not installed is left out; without any of them the exit status is 77."""
+A shell that is not installed is left out; without any of them, or without pseudo terminals, the exit status is 77."""
 
 import fcntl
 import os
@@ -317,7 +317,19 @@ def check(name, shell, words, keywords):
         fail(name, "messages", "none", shell.noise)
 
 
+def terminals_are_there():
+    try:
+        for descriptor in pty.openpty():
+            os.close(descriptor)
+        return True
+    except OSError as error:
+        print(f"skipped: no terminal: {error}")
+        return False
+
+
 def main():
+    if not terminals_are_there():
+        sys.exit(77)
     words, keywords = usage()
     if len(words) < 10 or not keywords:
         sys.exit(f"FAILED: no usage text from {PROGRAM}")
