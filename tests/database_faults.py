@@ -241,7 +241,7 @@ def unusable_root(work):
     database.lock.touch()
     process = database.start("nine.fdc nine1.tio", "report.disappears")
     first = "".join(process.stderr.readline() for _ in range(4))
-    shutil.rmtree(database.root)
+    os.rename(database.root, work / "moved_while_waiting")  # at once: the lock does not go before the directory
     rest = process.communicate(timeout=10)[1]
     database.ended(process, "report.disappears", first + rest, "nine1")
     check("Reason is : No such file or directory" in rest, f"gone while waiting: {rest!r}")
