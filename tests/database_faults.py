@@ -59,7 +59,7 @@ class Database:
         report = f"report.{self.root.name}"
         process = self.start(f"{files}.fdc {files}{hits}.tio", report, **more)
         try:
-            err = process.communicate(timeout=10)[1]
+            err = process.communicate(timeout=60)[1]
         except subprocess.TimeoutExpired:
             process.kill()
             err = process.communicate()[1]
@@ -115,7 +115,7 @@ def at_once(work):
             started = [(number, database.start(f"nine.fdc nine{number % 5}.tio", f"report.{number}")) for number in range(processes)]
             for number, process in started:
                 try:
-                    err = process.communicate(timeout=30)[1]
+                    err = process.communicate(timeout=60)[1]
                 except subprocess.TimeoutExpired:
                     process.kill()
                     err = process.communicate()[1]
@@ -157,7 +157,7 @@ def killed(work):
             check(first == f"{HEAD}{IN_USE}{database.lock}\n", f"kill {kill}: a lock is left, and the next run says {first!r}")
             check(waiting.poll() is None, f"kill {kill}: the next run does not wait")
             database.lock.unlink()
-            database.ended(waiting, "report.waiting", waiting.communicate(timeout=10)[1], "nine1")
+            database.ended(waiting, "report.waiting", waiting.communicate(timeout=60)[1], "nine1")
         database.lock.unlink(missing_ok=True)
     check(caught > KILLS // 4, f"only {caught} of {kill + 1} kills came during an update")
     check(database.run(2, "many") == "", "a run after the kills has something to say")
@@ -236,13 +236,13 @@ def unusable_root(work):
         process = database.start("many.fdc many1.tio", "report.disappears")
         time.sleep(random.random() * duration)
         os.rename(database.root, work / f"moved_{time_of_removal}")
-        database.ended(process, "report.disappears", process.communicate(timeout=10)[1], "many1")
+        database.ended(process, "report.disappears", process.communicate(timeout=60)[1], "many1")
     database = Database(work, "disappears")
     database.lock.touch()
     process = database.start("nine.fdc nine1.tio", "report.disappears")
     first = "".join(process.stderr.readline() for _ in range(4))
     os.rename(database.root, work / "moved_while_waiting")  # at once: the lock does not go before the directory
-    rest = process.communicate(timeout=10)[1]
+    rest = process.communicate(timeout=60)[1]
     database.ended(process, "report.disappears", first + rest, "nine1")
     check("Reason is : No such file or directory" in rest, f"gone while waiting: {rest!r}")
 

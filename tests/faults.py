@@ -27,7 +27,7 @@ NO_MEMORY = HEAD + "FATAL ERROR: No memory left\n"
 NO_MEMORY_IN_COMMAND = "Command analysis: No memory left"
 IN_COMMAND_LINE = HEAD + "FATAL ERROR: Errors in command line\n"
 INTERNAL = HEAD + "INTERNAL ERROR: "
-TIMEOUT = 5
+TIMEOUT = 30  # seconds; a loaded machine is no hang
 
 ALL_OUTPUTS = "-OUTPUT=out/report -CIO=out/cio -CLEAN=out/clean -LISTING=out -FLOW=out/flow"
 BURNER = "fdc/burner.fdc fdc/queue.fdc fdc/interlock.fdc traces/normal.tio traces/lock.tio "
