@@ -364,7 +364,7 @@ def hostile_inputs(places, workers):
         (place / f"bad.{kind}").write_text(text())
         limit = mebibytes * 1024 * 1024
         started = time.monotonic()
-        run = Run(place, f"bad.{kind} -OUTPUT=out/report {words}", timeout=30,
+        run = Run(place, f"bad.{kind} -OUTPUT=out/report {words}",
                   before=lambda: (resource.setrlimit(resource.RLIMIT_AS, (limit, limit)),
                                   resource.setrlimit(resource.RLIMIT_CPU, (10, 10))))
         done = run.status == 0 and says in run.files["out/report"].decode()
