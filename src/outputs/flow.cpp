@@ -39,11 +39,7 @@ std::string_view text(const FlowState& flow, ReportLabel label) {
 }
 
 void handleTestLine(FlowState& flow) {
-    flow.trace.currentTest = identityOf(flow.trace, readTestLine(flow.trace)).test;
-    const NameEntry* test = flow.trace.currentTest;
-    const bool selected = test == nullptr || GetTestAuth(test, *flow.options);
-    flow.trace.state = selected ? ReadState::Recording : ReadState::SkippingTest;
-    flow.trace.countOriented = false;
+    enterTest(flow.trace, identityOf(flow.trace, readTestLine(flow.trace)).test, *flow.options);
 }
 
 void handleDateLine(FlowState& flow) {

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #include "description/tokens.h"
+#include "report/auth.h"
 #include "support/machine.h"
 
 namespace veldacov {
@@ -142,6 +143,14 @@ TestIdentity identityOf(const TraceCursor& cursor, const TestLine& line) {
         return {cursor.defaultTest, KnownBy::Default};
     }
     return {internName(line.numberText), KnownBy::Number};
+}
+
+bool enterTest(TraceCursor& cursor, const NameEntry* test, const CoverageOptions& options) {
+    const bool selected = test == nullptr || GetTestAuth(test, options);
+    cursor.currentTest = test;
+    cursor.state = selected ? ReadState::Recording : ReadState::SkippingTest;
+    cursor.countOriented = false;
+    return selected;
 }
 
 const NameEntry* readTestDate(TraceCursor& cursor) {

@@ -24,6 +24,7 @@
 
 #include "description/model.h"
 #include "description/name_pool.h"
+#include "report/options.h"
 #include "support/files.h"
 
 namespace veldacov {
@@ -90,6 +91,10 @@ struct TestIdentity {
     KnownBy knownBy = KnownBy::Default;
 };
 TestIdentity identityOf(const TraceCursor& cursor, const TestLine& line);
+
+// Makes a test the current one, without counts until its CO line. Gives whether it is selected (a test without a
+// name always is); the lines of another one are skipped.
+bool enterTest(TraceCursor& cursor, const NameEntry* test, const CoverageOptions& options);
 
 // The date of a DT line, null when it gives none.
 const NameEntry* readTestDate(TraceCursor& cursor);

@@ -26,17 +26,14 @@ void enterServicePeriod(TraceSession& session, std::int32_t serviceNumber) {
     session.currentServiceNumber = serviceNumber;
 }
 
-void enterTest(TraceSession& session, const TestLine& line) {
+void startTest(TraceSession& session, const TestLine& line) {
     const TestIdentity identity = identityOf(session.trace, line);
     session.currentTestNumber = line.number;
-    session.trace.currentTest = identity.test;
     if (identity.knownBy != KnownBy::Number) {
         addNameCount(session.seenTests, identity.test);
     }
-    session.testOpen = identity.test == nullptr || GetTestAuth(identity.test, *session.options);
+    session.testOpen = enterTest(session.trace, identity.test, *session.options);
     session.anyTestSelected = session.anyTestSelected || session.testOpen;
-    session.trace.state = session.testOpen ? ReadState::Recording : ReadState::SkippingTest;
-    session.trace.countOriented = false;
 }
 
 void handleTestLine(TraceSession& session) {
@@ -53,7 +50,7 @@ void handleTestLine(TraceSession& session) {
         }
     }
     enterServicePeriod(session, line.serviceNumber);
-    enterTest(session, line);
+    startTest(session, line);
 }
 
 // What becomes of the hits of the current part, as long as no other line changes it.
