@@ -294,9 +294,7 @@ std::string dateText(std::int64_t secondsSince1970) {
     constexpr std::array days = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
     constexpr std::array months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    const auto instant = static_cast<std::time_t>(secondsSince1970);
-    std::tm local{};
-    ::localtime_r(&instant, &local);
+    const std::tm local = platform::localTime(secondsSince1970);
     std::array<char, 64> text{};
     const int length = std::snprintf(text.data(), text.size(), "%s %s %2d %02d:%02d:%02d %04d",
                                      days.at(static_cast<std::size_t>(local.tm_wday)),

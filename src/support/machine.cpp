@@ -125,7 +125,7 @@ void infoMessage(const QString& message) {
 
 void writeStandardError(const QString& text) {
     // Nothing is left to tell the user when standard error itself fails.
-    static_cast<void>(platform::writeAll(2, toLocal(text)));
+    static_cast<void>(platform::writeAll(platform::standardError, toLocal(text)));
 }
 
 void endProgram(ExitStatus status) {
@@ -159,7 +159,7 @@ QString getProductName() {
 
 void memoryExhausted() {
     std::set_new_handler(nullptr); // from now on a refusal is an exception, as the library expects
-    static_cast<void>(platform::writeAll(2, exhaustionLine));
+    static_cast<void>(platform::writeAll(platform::standardError, exhaustionLine));
     if (replacedEnd != nullptr) {
         endProgram(ExitStatus::FatalError);
     }

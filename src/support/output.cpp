@@ -5,8 +5,6 @@
 #include <charconv>
 #include <utility>
 
-#include <unistd.h>
-
 #include "support/machine.h"
 
 namespace veldacov {
@@ -84,22 +82,21 @@ void OutputFile::putInPieces(std::string_view text) {
 void OutputFile::putNumber(std::uint32_t number, std::size_t width) {
     std::array<char, 10> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    const auto length = static_cast<std::size_t>(end - digits.data());
-    for (std::size_t column = length; column < width; ++column) {
-        put(' ');
-    }
-    put(std::string_view(digits.data(), length));
+    putPadded({digits.data(), end}, width);
 }
 
 void OutputFile::putRate(double rate, std::size_t width) {
     std::array<char, 32> digits{};
     const auto end =
         std::to_chars(digits.data(), digits.data() + digits.size(), rate, std::chars_format::fixed, 1).ptr;
-    const auto length = static_cast<std::size_t>(end - digits.data());
-    for (std::size_t column = length; column < width; ++column) {
+    putPadded({digits.data(), end}, width);
+}
+
+void OutputFile::putPadded(std::string_view digits, std::size_t width) {
+    for (std::size_t column = digits.size(); column < width; ++column) {
         put(' ');
     }
-    put(std::string_view(digits.data(), length));
+    put(digits);
 }
 
 void OutputFile::flush() {
@@ -123,7 +120,7 @@ void OutputFile::finish() {
 }
 
 OutputFile standardOutput() {
-    return {platform::duplicate(STDOUT_FILENO), "standard output"};
+    return {platform::duplicate(platform::standardOutput), "standard output"};
 }
 
 void saveOpenOutputs() noexcept {

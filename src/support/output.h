@@ -50,6 +50,7 @@ public:
 
 private:
     void putInPieces(std::string_view text);
+    void putPadded(std::string_view digits, std::size_t width);
     void flush();
 
     platform::Descriptor file_;

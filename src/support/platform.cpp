@@ -200,6 +200,13 @@ std::optional<FileStatus> fileStatus(const std::string& path) {
     return FileStatus{status.st_mtime};
 }
 
+std::tm localTime(std::int64_t secondsSince1970) {
+    const auto instant = static_cast<std::time_t>(secondsSince1970);
+    std::tm local{};
+    ::localtime_r(&instant, &local);
+    return local;
+}
+
 void keepFreedMemory() {
     constexpr int largestBuffer = 32 * 1024 * 1024; // larger ones still come and go as mappings
     ::mallopt(M_MMAP_THRESHOLD, largestBuffer);

@@ -1,11 +1,12 @@
 #pragma once
 
-// The few calls that differ between operating systems: descriptors, file status, user, signals.
+// The few calls that differ between operating systems: descriptors, file status, local time, user, signals.
 // Nothing here prints or translates; failures are return values.
 
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,6 +47,9 @@ struct ExclusiveCreation {
     bool existedAlready = false;
 };
 ExclusiveCreation createExclusively(const std::string& path);
+// Descriptors that every process starts with.
+constexpr int standardOutput = 1;
+constexpr int standardError = 2;
 // A descriptor of its own for an open file.
 Descriptor duplicate(int descriptor);
 // True when both names lead to one existing file.
@@ -70,6 +74,9 @@ struct FileStatus {
 };
 // None when the file cannot be examined.
 std::optional<FileStatus> fileStatus(const std::string& path);
+
+// An instant (seconds since 1970) in the time zone of the user.
+std::tm localTime(std::int64_t secondsSince1970);
 
 // Keeps freed memory for the next request. Giving the buffers of one file back to the system and taking them anew
 // for the next would cost more than reading the files.
