@@ -154,7 +154,7 @@ void expandInputFile(Directories& directories, const std::string& value,
     }
     for (const QString& entry : entries) {
         const QString path = directory + QDir::separator() + entry;
-        if (entry != QLatin1String(".") && entry != QLatin1String("..") && QFileInfo(path).isFile()) {
+        if (QFileInfo(path).isFile()) { // directories are dropped
             inputFiles.push_back(QFile::encodeName(path).toStdString());
         }
     }

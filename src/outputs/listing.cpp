@@ -9,6 +9,7 @@
 
 #include "description/model.h"
 #include "report/auth.h"
+#include "report/labels.h"
 #include "report/session.h"
 #include "support/files.h"
 #include "support/machine.h"
@@ -182,7 +183,9 @@ private:
                     [&] { return conditionText(service_, modified.basicCondition); },
                     [&] {
                         const std::string pairs = pairsText(service_, composition, place);
-                        return pairs.empty() ? std::string("no vectors pair found") : pairs;
+                        return pairs.empty()
+                                   ? std::string(labelText(ReportLabel::NoVectorPair, Language::English))
+                                   : pairs;
                     });
             }
         }
@@ -397,7 +400,6 @@ void writeListings(const CoverageOptions& options) {
             writeListing(*description, options, tally);
         }
     }
-    freeNameCountList(tally);
 }
 
 } // namespace veldacov

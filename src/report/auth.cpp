@@ -24,17 +24,10 @@ bool isSelected(const NameEntry* name, std::uint32_t selectedMark, std::uint32_t
 }
 
 // Warns about each name of a list that is not among the known ones.
-void warnUnknown(const NameCountList& names, const NameSet& known, const QString& text) {
+template <typename Names>
+void warnUnknown(const NameCountList& names, const Names& known, const QString& text) {
     for (const NameCountList::Node& node : names.nodes) {
         if (!known.contains(node.name)) {
-            warningMessage(filled(text, {node.name->text}));
-        }
-    }
-}
-
-void warnUnseen(const NameCountList& names, const NameCountList& seen, const QString& text) {
-    for (const NameCountList::Node& node : names.nodes) {
-        if (!seen.places.contains(node.name)) {
             warningMessage(filled(text, {node.name->text}));
         }
     }
@@ -139,12 +132,12 @@ Selection takeSelection(const CoverageOptions& options) {
 }
 
 void warnUnseenTests(const NameCountList& seenTests, const CoverageOptions& options) {
-    warnUnseen(options.testList, seenTests,
-               translate("User Warning", "Test %1 in -TEST option was unknown in trace file list",
-                         "%1 is the name of the file"));
-    warnUnseen(options.exTestList, seenTests,
-               translate("User Warning", "Test %1 in -EXTEST option was unknown in trace file list",
-                         "%1 is the name of the file"));
+    warnUnknown(options.testList, seenTests.places,
+                translate("User Warning", "Test %1 in -TEST option was unknown in trace file list",
+                          "%1 is the name of the file"));
+    warnUnknown(options.exTestList, seenTests.places,
+                translate("User Warning", "Test %1 in -EXTEST option was unknown in trace file list",
+                          "%1 is the name of the file"));
 }
 
 } // namespace veldacov
