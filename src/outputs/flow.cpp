@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "description/conditions.h"
 #include "report/auth.h"
 #include "report/report_text.h"
 #include "report/session.h"
