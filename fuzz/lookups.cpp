@@ -7,6 +7,8 @@
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "description/fdcL.h"
+#include "description/hit_counting.h"
+#include "description/item_index.h"
 #include "description/model.h"
 #include "driver/program.h"
 #include "plain_judges.h"

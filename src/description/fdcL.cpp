@@ -10,7 +10,9 @@
 
 #include <QtGlobal>
 
+#include "description/condition_list.h"
 #include "description/conditions.h"
+#include "description/item_index.h"
 #include "description/model.h"
 #include "description/tokens.h"
 #include "support/files.h"

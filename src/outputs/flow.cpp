@@ -3,6 +3,8 @@
 #include <string_view>
 
 #include "description/conditions.h"
+#include "description/hit_counting.h"
+#include "description/item_index.h"
 #include "report/auth.h"
 #include "report/report_text.h"
 #include "report/session.h"

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "description/hit_counting.h"
 #include "report/output_files.h"
 #include "report/rates.h"
 #include "support/files.h"

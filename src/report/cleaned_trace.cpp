@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "description/hit_counting.h"
 #include "report/output_files.h"
 #include "support/machine.h"
 

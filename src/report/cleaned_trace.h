@@ -4,6 +4,7 @@
 // once and in order, also of parts that are not reported or that match no description. It is itself a valid
 // trace.
 
+#include "description/hit_counting.h"
 #include "report/session.h"
 
 namespace veldacov {

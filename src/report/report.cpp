@@ -1,5 +1,6 @@
 #include "report/report.h"
 
+#include "description/hit_counting.h"
 #include "report/auth.h"
 #include "report/cio.h"
 #include "report/cleaned_trace.h"

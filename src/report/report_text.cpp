@@ -1,10 +1,12 @@
 #include "report/report_text.h"
 
 #include <array>
+#include <cassert>
 #include <string>
 #include <vector>
 
 #include "description/conditions.h"
+#include "description/hit_counting.h"
 #include "report/auth.h"
 #include "report/rates.h"
 #include "support/files.h"
@@ -34,6 +36,7 @@ const CoverageCounters& hitsOf(const TraceSession& session, const Service& servi
 }
 
 std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
+    assert(countsAreSettled());
     return session.options->global ? record.globalHits : record.testHits;
 }
 

@@ -5,6 +5,7 @@
 
 #include <QtGlobal>
 
+#include "description/hit_counting.h"
 #include "description/tokens.h"
 #include "report/auth.h"
 #include "support/machine.h"

@@ -4,7 +4,8 @@
 #include <memory>
 #include <span>
 
-#include "description/conditions.h"
+#include "description/hit_counting.h"
+#include "description/pairs.h"
 #include "report/auth.h"
 #include "report/cio.h"
 #include "report/cleaned_trace.h"

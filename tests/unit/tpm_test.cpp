@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "description/hit_counting.h"
 #include "outputs/TPM_Write_CommandLine.h"
 #include "unit/test_support.h"
 

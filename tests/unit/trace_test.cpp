@@ -4,6 +4,7 @@
 #include <random>
 #include <vector>
 
+#include "description/hit_counting.h"
 #include "report/trace_reader.h"
 #include "support/files.h"
 #include "unit/test_support.h"
