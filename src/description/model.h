@@ -218,8 +218,7 @@ struct alignas(64) Service {
     std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> conditionPlaces;
 };
 
-static_assert(sizeof(const NameEntry*) + 3 * sizeof(std::uint32_t) + sizeof(CoverageCounters) <=
-                  alignof(Service),
+static_assert(sizeof(void*) + 3 * sizeof(std::uint32_t) + sizeof(CoverageCounters) <= alignof(Service),
               "the first cache line");
 
 // Items of one kind by identifier: see item_index.h.
