@@ -40,7 +40,7 @@ std::pmr::memory_resource& blockSource() {
 
 Arena::~Arena() {
     for (const Block& block : blocks_) {
-        blockSource().deallocate(block.start, block.size);
+        source_.deallocate(block.start, block.size);
     }
 }
 
@@ -60,7 +60,7 @@ void* Arena::allocateInNextBlock(std::size_t size, std::size_t alignment) {
     if (block == blocks_.size()) {
         blocks_.reserve(blocks_.size() + 1);
         const std::size_t taken = std::max(nextSize_, needed);
-        blocks_.push_back({static_cast<std::byte*>(blockSource().allocate(taken)), taken});
+        blocks_.push_back({static_cast<std::byte*>(source_.allocate(taken)), taken});
         nextSize_ += nextSize_ / 2;
     }
     current_ = block;

@@ -104,6 +104,8 @@ private:
     }
     void* allocateInNextBlock(std::size_t size, std::size_t alignment);
 
+    // Asked for when the arena begins, so that an arena that lives until the end of the program goes before its source.
+    std::pmr::memory_resource& source_ = blockSource();
     std::vector<Block> blocks_;
     std::size_t nextSize_ = std::size_t{64} * 1024; // of a new block, unless more is asked for
     std::size_t current_ = 0;
