@@ -438,10 +438,11 @@ void readHeader(FdcReader& reader) {
 }
 
 void checkSourceTime(const FileDescription& section, const std::string& sourcePath) {
-    const std::int64_t onDisk = section.sourceTime != 0 ? fileModificationTime(sourcePath) : 0;
-    if (onDisk == 0) {
+    const std::int64_t known = section.sourceTime != 0 ? fileModificationTime(sourcePath) : 0;
+    if (known == 0) {
         return;
     }
+    const auto onDisk = static_cast<std::int32_t>(known); // wraps in 2038, as the numbers of descriptions do
     if (onDisk > section.sourceTime) {
         warningMessage(filled(
             translate("fdcL-Warning", "Source file touched after instrumentation: %1", "%1 is a file name"),
