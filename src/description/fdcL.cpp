@@ -14,6 +14,7 @@
 #include "description/tokens.h"
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -476,6 +477,7 @@ void checkSection(const FileDescription* section, std::uint16_t requestedTypes) 
         internalError(translate("fdcL-Assertion", "Bad attempt to validate FDC file"));
     }
     const std::string sourcePath = joinPath(section->sourceDirectory->text, section->sourceName->text);
+    protectFile(sourcePath);
     checkSourceTime(*section, sourcePath);
     checkTypes(*section, requestedTypes, sourcePath);
 }
@@ -625,7 +627,7 @@ void loadFdcFile(const std::string* fileName, std::uint16_t requestedTypes, Trac
     }
     FdcReader reader;
     reader.fileName = *fileName;
-    reader.input = openInput(*fileName);
+    reader.input = openGivenFile(*fileName);
     if (!reader.input.isOpen()) {
         warningMessage(
             filled(translate("fdcL-Warning", "Cannot open file %1", "%1 is a file name"), {*fileName}));
@@ -635,6 +637,7 @@ void loadFdcFile(const std::string* fileName, std::uint16_t requestedTypes, Trac
         return;
     }
     if (next(reader) != "VE") {
+        keepGivenFile(std::move(reader.input));
         traceFiles.push_back(*fileName);
         return;
     }

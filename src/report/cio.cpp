@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "report/output_files.h"
 #include "report/rates.h"
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -175,9 +175,8 @@ void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
 
 void openCio(const TraceSession& session) {
     cio = {};
-    cio.out =
-        createOutput(*session.options, *session.options->cioFile,
-                     translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"));
+    cio.out = createOutput(*session.options->cioFile, translate("Fatal Error", "Cannot create CIO file %1",
+                                                                "%1 is the name of the cio file"));
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));

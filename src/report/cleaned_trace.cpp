@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "report/output_files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -136,9 +136,9 @@ void forgetHits(FileDescription& part) {
 }
 
 void openCleanedTrace(TraceSession& session) {
-    session.cleanStream = createOutput(
-        *session.options, *session.options->cleanFile,
-        translate("Fatal Error", "Cannot write to file %1", "%1 is the name of the cleaned tio file"));
+    session.cleanStream =
+        createOutput(*session.options->cleanFile, translate("Fatal Error", "Cannot write to file %1",
+                                                            "%1 is the name of the cleaned tio file"));
 }
 
 } // namespace
