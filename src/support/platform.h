@@ -3,7 +3,6 @@
 // The few calls that differ between operating systems: descriptors, file status, local time, user, signals.
 // Nothing here prints or translates; failures are return values.
 
-#include <compare>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace veldacov::platform {
 
@@ -81,7 +81,10 @@ struct FilePlace {
     std::uint64_t number = 0;
     std::string missingName;
 
-    auto operator<=>(const FilePlace&) const = default;
+    bool operator<(const FilePlace& other) const {
+        return std::tie(device, number, missingName) <
+               std::tie(other.device, other.number, other.missingName);
+    }
 };
 struct FileStatus {
     std::int64_t modificationTime = 0; // seconds since 1970
