@@ -20,7 +20,8 @@ class HitsPerTest : public TraceEvents {
 public:
     void testEnds(const TestRun& test) override {
         std::cout << (test.selected ? "test " : "outside of tests, ") << textOf(test.test) << " number "
-                  << test.number << " service " << test.serviceNumber << " date " << textOf(test.date) << "\n";
+                  << test.number << " service " << test.serviceNumber << " date " << textOf(test.date)
+                  << "\n";
         settleCounts();
         for (const TestHit& hit : hitsOfTest()) {
             const auto& item = static_cast<const CoverageItem&>(*hit.record);

@@ -386,7 +386,7 @@ void measureFile(const FileDescription& description, const CoverageOptions& opti
     for (const Service& service : description.services) {
         if (GetServiceAuth(service.name, options)) {
             sumCounters(described, service.counts);
-            sumCounters(hit, options.global ? service.globalCovered : service.testCovered);
+            sumCounters(hit, coveredOf(service, options));
         }
     }
     std::vector<std::uint32_t> values(hit.begin(), hit.end());
