@@ -167,11 +167,7 @@ stale_lock() {
 
 interrupt() {
     start_waiting interrupt
-    # The run listens to interrupts a moment after its message; before that a background job ignores them.
-    for ((try = 0; try < 200; try++)); do
-        kill -INT $waiting 2>/dev/null || break
-        sleep 0.05
-    done
+    kill -INT $waiting
     wait $waiting || fail "interrupt: status $?"
     check_messages interrupt "${in_use[@]}" 'Norvik - Test Process Monitor: User break.' '  File is still in use.' \
         '  Please wait until previous task has finished' '      or remove file: LOCK'
