@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "driver/banner.h"
 #include "unit/test_support.h"
 
 namespace veldacov::test {
@@ -144,15 +143,6 @@ TEST_F(Options, AMalformedCommandLineSetsNothing) {
     EXPECT_FALSE(analysed("a -OUTPUT=o @" + missing, false).outputFile);
     EXPECT_EQ(account.substr(0, account.find('\n')),
               "Orbis(R) Norvik Command analysis : File not found " + missing);
-}
-
-TEST(Version, Requests) {
-    for (const char* word : {"-V", "-v", "-Ver", "-VERSION", "-versio"}) {
-        EXPECT_TRUE(isVersionRequest(word)) << word;
-    }
-    for (const char* word : {"", "-", "V", "VERSION", "-VERSIONS", "-VX", "--V", "-V=", "-E"}) {
-        EXPECT_FALSE(isVersionRequest(word)) << word;
-    }
 }
 
 } // namespace
