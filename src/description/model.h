@@ -228,13 +228,6 @@ constexpr std::uint8_t plainHit = 0x01; // hit in the test without a count; anot
 constexpr std::uint8_t kept = 0x02;     // kept for the cleaned trace; owned by it
 } // namespace seen
 
-// Hits kept for the cleaned trace, for one hit keyword; they go with each write.
-struct BranchHitTable {
-    std::vector<std::uint32_t> idsKept; // of a described file: each item once
-    // Of a placeholder, by identifier; none while it has no hit.
-    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> counts;
-};
-
 struct FileDescription {
     std::string fdcName; // empty on further sections of the same file and on placeholders
     std::uint32_t fileKey = 0;
@@ -254,8 +247,6 @@ struct FileDescription {
     bool placeholder = false;       // made for a traced file that nothing describes
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
-    std::array<BranchHitTable, 4> branchHitTables;       // by kind
-    bool keepsHits = false;                              // some table has had a hit since the last write
     std::pmr::vector<Service> services{&recordMemory()}; // in order of first mention
     // Of all services; those of a service stand together.
     std::pmr::vector<ExitEntry> exits{&recordMemory()};

@@ -11,7 +11,6 @@
 #include "outputs/TPM_Write_CommandLine.h"
 #include "outputs/flow.h"
 #include "outputs/listing.h"
-#include "report/cio.h"
 #include "report/output_files.h"
 #include "report/report.h"
 #include "support/machine.h"
@@ -89,7 +88,6 @@ void runProgram(const std::vector<std::string>& words) {
 }
 
 void resetProgram() {
-    forgetCio();
     releaseDecoderMemory();
     freeAllDescriptions();
     freeNamePool();

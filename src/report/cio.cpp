@@ -15,23 +15,13 @@ namespace veldacov {
 
 namespace {
 
-struct CioState {
-    OutputFile out;
-    bool noTestBlockYet = true;
-    bool noServiceBlockYet = true;
-    std::vector<CoverageCounters> accumulated; // by selected service: hit first since the last O block
-    std::vector<std::size_t> placesInPeriod;   // of the services in which anything was
-    std::array<std::string, static_cast<std::size_t>(ReportLabel::Count)> labels; // looked up once
-};
-CioState cio;
-
 // The services printed in one block; a File line stands before each run of services of one file name.
 struct CioBlock {
     const NameEntry* fileName = nullptr;
     bool anyPrinted = false;
 };
 
-const std::string& plain(ReportLabel label) {
+const std::string& plain(CioFile& cio, ReportLabel label) {
     std::string& text = cio.labels[static_cast<std::size_t>(label)];
     if (text.empty()) {
         text = plainLabelText(label);
@@ -75,9 +65,9 @@ struct CioEntry {
     Service* service = nullptr;
 };
 
-CioEntry entryAt(const TraceSession& session, std::size_t place) {
-    const SelectedService& selected = session.selection.services[place];
-    return {session.selection.files[selected.file].description, selected.service};
+CioEntry entryAt(const CioFile& cio, std::size_t place) {
+    const SelectedService& selected = cio.selection->services[place];
+    return {cio.selection->files[selected.file].description, selected.service};
 }
 
 // Places of the selected services that the current test has hit, in order.
@@ -92,39 +82,39 @@ std::vector<std::size_t> placesHitInTest() {
     return places;
 }
 
-void writeServiceLines(CioBlock& block, const CioEntry& entry) {
+void writeServiceLines(CioFile& cio, CioBlock& block, const CioEntry& entry) {
     const NameEntry* fileName = entry.description->sourceName;
     if (!block.anyPrinted || block.fileName != fileName) {
-        putLine(cio.out, " ", plain(ReportLabel::File), " ", fileName->text);
+        putLine(cio.out, " ", plain(cio, ReportLabel::File), " ", fileName->text);
     }
     block = {fileName, true};
     putLine(cio.out, "    ", entry.service->name->text);
 }
 
-void putSingleRate(std::uint32_t total, std::uint32_t hits, std::size_t width) {
+void putSingleRate(CioFile& cio, std::uint32_t total, std::uint32_t hits, std::size_t width) {
     cio.out.putRate(static_cast<float>(ratePercentage(total, hits)), width);
 }
 
 // `newHits` may be null.
-void writeRateLines(const TraceSession& session, const CioEntry& entry, const CoverageCounters& hits,
+void writeRateLines(CioFile& cio, const CioEntry& entry, const CoverageCounters& hits,
                     const CoverageCounters* newHits) {
     for (const RateRow& row : rateRows) {
-        if ((session.typesInUse & row.bit) == 0) {
+        if ((cio.typesInUse & row.bit) == 0) {
             continue;
         }
-        const std::string& label = plain(labelOf(row, session.typesInUse));
+        const std::string& label = plain(cio, labelOf(row, cio.typesInUse));
         const std::uint32_t total = rowSum(row, entry.service->counts);
         if (total == 0) {
             const bool instrumented = (entry.description->coverageTypes & row.bit) != 0;
             putLine(cio.out, "       ", label, "\t",
-                    plain(instrumented ? ReportLabel::None : ReportLabel::NotApplicable));
+                    plain(cio, instrumented ? ReportLabel::None : ReportLabel::NotApplicable));
             continue;
         }
         const std::uint32_t rowHits = rowSum(row, hits);
         cio.out.put("       ");
         cio.out.put(label);
         cio.out.put('\t');
-        putSingleRate(total, rowHits, 5);
+        putSingleRate(cio, total, rowHits, 5);
         cio.out.put("% (");
         cio.out.putNumber(rowHits);
         cio.out.put('/');
@@ -133,7 +123,7 @@ void writeRateLines(const TraceSession& session, const CioEntry& entry, const Co
         if (newHits != nullptr) {
             const std::uint32_t rowNewHits = rowSum(row, *newHits);
             cio.out.put(", +");
-            putSingleRate(total, rowNewHits, 0);
+            putSingleRate(cio, total, rowNewHits, 0);
             cio.out.put(" (+");
             cio.out.putNumber(rowNewHits);
             cio.out.put(')');
@@ -142,15 +132,15 @@ void writeRateLines(const TraceSession& session, const CioEntry& entry, const Co
     }
 }
 
-void writeRemark(const TraceSession& session, ReportLabel remark) {
-    if ((session.typesInUse & type::modifiedConditions) != 0) {
-        putLine(cio.out, " (", plain(remark), ")");
+void writeRemark(CioFile& cio, ReportLabel remark) {
+    if ((cio.typesInUse & type::modifiedConditions) != 0) {
+        putLine(cio.out, " (", plain(cio, remark), ")");
     }
 }
 
-void finishBlock(const CioBlock& block) {
+void finishBlock(CioFile& cio, const CioBlock& block) {
     if (!block.anyPrinted) {
-        putLine(cio.out, " ", plain(ReportLabel::NothingHit));
+        putLine(cio.out, " ", plain(cio, ReportLabel::NothingHit));
     }
 }
 
@@ -162,7 +152,7 @@ void forgetPeriod(Service& service, CoverageCounters& accumulated) {
 }
 
 // Adds what a test hit first to its service's period.
-void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
+void addToPeriod(CioFile& cio, std::size_t place, const CoverageCounters& newHits) {
     if (anyCounted(newHits)) {
         if (!anyCounted(cio.accumulated[place])) {
             cio.placesInPeriod.push_back(place);
@@ -173,87 +163,85 @@ void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
 
 } // namespace
 
-void openCio(const TraceSession& session) {
+void openCio(CioFile& cio, const CoverageOptions& options, const Selection& selection,
+             std::uint16_t typesInUse) {
     cio = {};
+    cio.selection = &selection;
+    cio.typesInUse = typesInUse;
     cio.out =
-        createOutput(*session.options, *session.options->cioFile,
+        createOutput(options, *options.cioFile,
                      translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"));
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));
-    cio.accumulated.resize(session.selection.services.size());
+    cio.accumulated.resize(cio.selection->services.size());
 }
 
-void writeCioTestBlock(const TraceSession& session) {
-    if (session.currentTestNumber == -1) {
+void writeCioTestBlock(CioFile& cio, std::int32_t testNumber, const std::string& traceFileName) {
+    if (testNumber == -1) {
         fatalError(filled(
             translate("Fatal Error", "No current test number in file %1", "%1 is the name of the file"),
-            {session.trace.fileName}));
+            {traceFileName}));
     }
-    putLine(cio.out, "T", static_cast<std::uint32_t>(session.currentTestNumber));
+    putLine(cio.out, "T", static_cast<std::uint32_t>(testNumber));
     if (!cio.noTestBlockYet) {
-        writeRemark(session, cio.noServiceBlockYet ? ReportLabel::PreviousTests
-                                                   : ReportLabel::PreviousTestsAndServices);
+        writeRemark(cio, cio.noServiceBlockYet ? ReportLabel::PreviousTests
+                                               : ReportLabel::PreviousTestsAndServices);
     }
     cio.noTestBlockYet = false;
     CioBlock block;
     for (const std::size_t place : placesHitInTest()) {
-        const CioEntry entry = entryAt(session, place);
+        const CioEntry entry = entryAt(cio, place);
         if (anyCounted(entry.service->testCovered)) {
-            writeServiceLines(block, entry);
+            writeServiceLines(cio, block, entry);
             const CoverageCounters newHits = takeNewHits(*entry.service);
-            addToPeriod(place, newHits);
-            writeRateLines(session, entry, entry.service->testCovered, &newHits);
+            addToPeriod(cio, place, newHits);
+            writeRateLines(cio, entry, entry.service->testCovered, &newHits);
         }
     }
-    finishBlock(block);
+    finishBlock(cio, block);
 }
 
-void writeCioServiceBlock(const TraceSession& session) {
-    if (session.currentServiceNumber == -1) {
+void writeCioServiceBlock(CioFile& cio, std::int32_t serviceNumber, const std::string& traceFileName) {
+    if (serviceNumber == -1) {
         fatalError(filled(
             translate("Fatal Error", "No current service number in file %1", "%1 is the name of the file"),
-            {session.trace.fileName}));
+            {traceFileName}));
     }
-    putLine(cio.out, "O", static_cast<std::uint32_t>(session.currentServiceNumber));
+    putLine(cio.out, "O", static_cast<std::uint32_t>(serviceNumber));
     if (!cio.noServiceBlockYet) {
-        writeRemark(session, ReportLabel::PreviousServices);
+        writeRemark(cio, ReportLabel::PreviousServices);
     }
     cio.noServiceBlockYet = false;
     CioBlock block;
     std::vector<std::size_t> places = std::exchange(cio.placesInPeriod, {});
     std::sort(places.begin(), places.end());
     for (const std::size_t place : places) {
-        const CioEntry entry = entryAt(session, place);
-        writeServiceLines(block, entry);
-        writeRateLines(session, entry, cio.accumulated[place], nullptr);
+        const CioEntry entry = entryAt(cio, place);
+        writeServiceLines(cio, block, entry);
+        writeRateLines(cio, entry, cio.accumulated[place], nullptr);
         forgetPeriod(*entry.service, cio.accumulated[place]);
     }
-    finishBlock(block);
+    finishBlock(cio, block);
 }
 
-void writeCioGlobalBlock(const TraceSession& session) {
+void writeCioGlobalBlock(CioFile& cio) {
     putLine(cio.out, "G");
     CioBlock block;
-    for (std::size_t place = 0; place < session.selection.services.size(); ++place) {
-        const CioEntry entry = entryAt(session, place);
-        writeServiceLines(block, entry);
+    for (std::size_t place = 0; place < cio.selection->services.size(); ++place) {
+        const CioEntry entry = entryAt(cio, place);
+        writeServiceLines(cio, block, entry);
         const CoverageCounters& hits = entry.service->globalCovered;
-        if ((session.typesInUse & type::procedures) != 0) {
-            putLine(cio.out, "       ", plain(ReportLabel::Hit), "\t",
-                    plain(hits[counter::services] != 0 ? ReportLabel::Yes : ReportLabel::No));
+        if ((cio.typesInUse & type::procedures) != 0) {
+            putLine(cio.out, "       ", plain(cio, ReportLabel::Hit), "\t",
+                    plain(cio, hits[counter::services] != 0 ? ReportLabel::Yes : ReportLabel::No));
         }
-        writeRateLines(session, entry, hits, nullptr);
+        writeRateLines(cio, entry, hits, nullptr);
     }
 }
 
-void closeCio() {
+void closeCio(CioFile& cio) {
     cio.out.finish();
-    forgetCio();
-}
-
-void forgetCio() {
-    cio = {};
 }
 
 } // namespace veldacov

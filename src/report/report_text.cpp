@@ -22,6 +22,8 @@ struct CoverageBlock {
     const CoverageCounters* totals = nullptr;
     const CoverageCounters* hits = nullptr;
     std::uint16_t instrumentedTypes = 0; // tells "none" from "n/a"
+    std::uint16_t typesInUse = 0;        // the rates shown
+    bool countOriented = false;          // references show counts
 };
 
 std::string_view text(const TraceSession& session, ReportLabel label) {
@@ -53,56 +55,62 @@ void writeCountedReference(TraceSession& session, std::string_view label, std::s
             count == mostHits ? text(session, ReportLabel::MaximumReached) : "");
 }
 
-void writeReference(TraceSession& session, std::string_view label, std::string_view detail,
-                    std::uint32_t count, std::uint32_t line) {
-    if (session.trace.countOriented) {
+void writeReference(TraceSession& session, const CoverageBlock& block, std::string_view label,
+                    std::string_view detail, std::uint32_t count, std::uint32_t line) {
+    if (block.countOriented) {
         writeCountedReference(session, label, detail, count, line);
     } else {
         writePlainReference(session, label, detail, count, line);
     }
 }
 
-void writeEntryReference(TraceSession& session, const Service& service) {
+void writeEntryReference(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     if (!service.entry) {
         internalError(translate("Internal Error", "No entry point in proc"));
     }
-    writeReference(session, text(session, ReportLabel::Incoming), "", hitsOf(session, *service.entry),
+    writeReference(session, block, text(session, ReportLabel::Incoming), "", hitsOf(session, *service.entry),
                    service.entry->startLine);
 }
 
-void writeProcedureBranches(TraceSession& session, const Service& service) {
-    writeEntryReference(session, service);
+void writeProcedureBranches(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
+    writeEntryReference(session, block);
     for (const ExitEntry& exit : service.exits) {
-        writeReference(session, text(session, exitLabel(exit.kind)), "", hitsOf(session, exit),
+        writeReference(session, block, text(session, exitLabel(exit.kind)), "", hitsOf(session, exit),
                        exit.startLine);
     }
 }
 
-void writeCalls(TraceSession& session, const Service& service) {
+void writeCalls(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const CallEntry& call : service.calls) {
-        writeReference(session, call.calledName->text, "", hitsOf(session, call), call.startLine);
+        writeReference(session, block, call.calledName->text, "", hitsOf(session, call), call.startLine);
     }
 }
 
 template <BlockKind kind>
-void writeBlocks(TraceSession& session, const Service& service) {
-    for (const BlockEntry& block : service.blocks) {
-        if (block.kind == kind) {
-            writeReference(session, block.label, "", hitsOf(session, block), blockLine(block));
+void writeBlocks(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
+    for (const BlockEntry& entry : service.blocks) {
+        if (entry.kind == kind) {
+            writeReference(session, block, entry.label, "", hitsOf(session, entry), blockLine(entry));
         }
     }
 }
 
-void writeBasicConditions(TraceSession& session, const Service& service) {
+void writeBasicConditions(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const ConditionEntry& condition : service.conditions) {
         if (condition.kind != ConditionKind::Case) {
-            writeReference(session, condition.text, outcomeText(service, condition),
+            writeReference(session, block, condition.text, outcomeText(service, condition),
                            hitsOf(session, condition), condition.startLine);
         }
     }
 }
 
-void writeModifiedConditions(TraceSession& session, const Service& service) {
+void writeModifiedConditions(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const Composition& composition : service.compositions) {
         for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
             const ModifiedCondition& modified = composition.modifiedConditions[place];
@@ -115,17 +123,19 @@ void writeModifiedConditions(TraceSession& session, const Service& service) {
     }
 }
 
-void writeCompoundCases(TraceSession& session, const Service& service) {
+void writeCompoundCases(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const Composition& composition : service.compositions) {
         for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
             const std::uint32_t place = composition.firstCase + i;
             const CoverageItem& item = service.conditions[place];
-            writeReference(session, conditionText(service, place), "", hitsOf(session, item), item.startLine);
+            writeReference(session, block, conditionText(service, place), "", hitsOf(session, item),
+                           item.startLine);
         }
     }
 }
 
-using ReferenceWriter = void (*)(TraceSession&, const Service&);
+using ReferenceWriter = void (*)(TraceSession&, const CoverageBlock&);
 // By References, from ProcedureBranches on.
 constexpr std::array<ReferenceWriter, 9> referenceWriters = {writeProcedureBranches,
                                                              writeCalls,
@@ -140,7 +150,7 @@ constexpr std::array<ReferenceWriter, 9> referenceWriters = {writeProcedureBranc
 void writeReferences(TraceSession& session, References references, const CoverageBlock& block) {
     if (references != References::None && block.service != nullptr &&
         session.options->summaryLevel == SummaryLevel::None) {
-        referenceWriters[static_cast<std::size_t>(references) - 1](session, *block.service);
+        referenceWriters[static_cast<std::size_t>(references) - 1](session, block);
     }
 }
 
@@ -188,8 +198,8 @@ void writeEntries(TraceSession& session, const CoverageBlock& block) {
     putLine(*session.reportStream, "\t\t", block.prefix, text(session, ReportLabel::Hit), " ",
             text(session, hits != 0 ? ReportLabel::Yes : ReportLabel::No));
     // With exits in use the entry is among their references.
-    if ((session.typesInUse & type::exits) == 0 && session.trace.countOriented) {
-        writeEntryReference(session, *block.service);
+    if ((block.typesInUse & type::exits) == 0 && block.countOriented) {
+        writeEntryReference(session, block);
     }
 }
 
@@ -204,12 +214,12 @@ bool isShown(const RateRow& row, const CoverageCounters& totals) {
 
 void writeCoverageBlock(TraceSession& session, const CoverageBlock& block) {
     writeNameLine(session, block);
-    if ((session.typesInUse & type::procedures) != 0) {
+    if ((block.typesInUse & type::procedures) != 0) {
         writeEntries(session, block);
     }
     for (const RateRow& row : rateRows) {
-        if ((session.typesInUse & row.bit) != 0 && isShown(row, *block.totals)) {
-            writeRate(session, block.prefix, labelOf(row, session.typesInUse), rowSum(row, *block.totals),
+        if ((block.typesInUse & row.bit) != 0 && isShown(row, *block.totals)) {
+            writeRate(session, block.prefix, labelOf(row, block.typesInUse), rowSum(row, *block.totals),
                       rowSum(row, *block.hits), zeroTotalLabel(block, row.bit));
             writeReferences(session, row.references, block);
         }
@@ -220,24 +230,23 @@ void writeRemark(TraceSession& session, ReportLabel remark) {
     putLine(*session.reportStream, "(", text(session, remark), ")");
 }
 
-void writeTestTitle(TraceSession& session) {
+void writeTestTitle(TraceSession& session, const ReportedTest& test) {
     if (!session.options->global) {
         writeSeparator(session);
-        const NameEntry* date = session.trace.testDate;
-        putLine(*session.reportStream, "Test ", nameText(session.trace.currentTest), " :",
-                date != nullptr ? " " : "", nameText(date));
+        putLine(*session.reportStream, "Test ", nameText(test.currentTest), " :",
+                test.testDate != nullptr ? " " : "", nameText(test.testDate));
     }
     writeSeparator(session);
 }
 
-void writeRemarks(TraceSession& session) {
+void writeRemarks(TraceSession& session, const ReportedTest& test) {
     const CoverageOptions& options = *session.options;
-    if (options.summaryLevel == SummaryLevel::None && session.typesInUse != type::procedures &&
-        !session.trace.countOriented) {
+    const std::uint16_t types = typesOr(options, session.typesOfAllFiles);
+    if (options.summaryLevel == SummaryLevel::None && types != type::procedures && !test.countOriented) {
         writeRemark(session,
                     options.branchCoverage ? ReportLabel::ReferencesHit : ReportLabel::ReferencesNotHit);
     }
-    if (!options.global && (session.typesInUse & type::modifiedConditions) != 0 && session.testReported) {
+    if (!options.global && (types & type::modifiedConditions) != 0 && session.testReported) {
         writeRemark(session, ReportLabel::PreviousTests);
     }
 }
@@ -261,36 +270,38 @@ void forEachServiceHit(const TraceSession& session, Visit visit) {
     }
 }
 
-void writeFileBlocks(TraceSession& session, const SelectedFile& file, const CoverageCounters& hits) {
+void writeFileBlocks(TraceSession& session, const SelectedFile& file, const CoverageCounters& hits,
+                     bool countOriented) {
     const FileDescription& description = *file.description;
-    session.typesInUse = typesOr(*session.options, description.coverageTypes);
+    const std::uint16_t types = typesOr(*session.options, description.coverageTypes);
     writeCoverageBlock(session, {nullptr, "", description.sourceName->text, description.sourceComment,
-                                 &file.totals, &hits, description.coverageTypes});
+                                 &file.totals, &hits, description.coverageTypes, types, countOriented});
     if (session.options->summaryLevel > SummaryLevel::Service) {
         return;
     }
     for (const SelectedService& selected : session.selection.servicesOf(file)) {
         const Service& service = *selected.service;
-        writeCoverageBlock(session, {&service, "\t", service.name->text, nullptr, &service.counts,
-                                     &hitsOf(session, service), description.coverageTypes});
+        writeCoverageBlock(session,
+                           {&service, "\t", service.name->text, nullptr, &service.counts,
+                            &hitsOf(session, service), description.coverageTypes, types, countOriented});
     }
 }
 
-void writeFiles(TraceSession& session) {
+void writeFiles(TraceSession& session, bool countOriented) {
     std::vector<CoverageCounters> hits(session.selection.files.size());
     forEachServiceHit(session, [&](std::size_t file, const CoverageCounters& serviceHits) {
         sumCounters(hits[file], serviceHits);
     });
     for (std::size_t place = 0; place < hits.size(); ++place) {
-        writeFileBlocks(session, session.selection.files[place], hits[place]);
+        writeFileBlocks(session, session.selection.files[place], hits[place], countOriented);
     }
 }
 
 void writeConclusion(TraceSession& session, std::string_view name, const CoverageCounters& totals,
                      const CoverageCounters& hits) {
-    session.typesInUse = typesOr(*session.options, session.typesOfAllFiles);
     writeSeparator(session);
-    writeCoverageBlock(session, {nullptr, "", name, nullptr, &totals, &hits, session.reportedTypes});
+    writeCoverageBlock(session, {nullptr, "", name, nullptr, &totals, &hits, session.reportedTypes,
+                                 typesOr(*session.options, session.typesOfAllFiles), false});
 }
 
 // All selected services, whether their file is selected or not.
@@ -324,22 +335,24 @@ void writeReportHeader(TraceSession& session) {
     writeHead(*session.reportStream, text(session, ReportLabel::Title));
 }
 
-void writeTestReport(TraceSession& session) {
+void writeTestReport(TraceSession& session, const ReportedTest& test) {
     if (session.options->summaryLevel != SummaryLevel::Conclusion) {
-        writeTestTitle(session);
+        writeTestTitle(session, test);
     }
-    writeRemarks(session);
+    writeRemarks(session, test);
     session.reportedTypes |= session.selection.types;
     if (session.options->summaryLevel != SummaryLevel::Conclusion) {
-        writeFiles(session);
+        writeFiles(session, test.countOriented);
     }
     CoverageCounters conclusionHits{};
     forEachServiceHit(session,
                       [&](std::size_t, const CoverageCounters& hits) { sumCounters(conclusionHits, hits); });
-    const std::string name = session.options->global ? std::string(text(session, ReportLabel::Conclusion))
-                                                     : std::string(text(session, ReportLabel::ConclusionTest))
-                                                           .append(nameText(session.trace.currentTest));
+    const std::string name =
+        session.options->global
+            ? std::string(text(session, ReportLabel::Conclusion))
+            : std::string(text(session, ReportLabel::ConclusionTest)).append(nameText(test.currentTest));
     writeConclusion(session, name, session.selection.totals, conclusionHits);
+    session.testReported = true;
 }
 
 void writeFinalConclusion(TraceSession& session) {

@@ -199,19 +199,4 @@ Hit readHit(TraceCursor& cursor, LineKind kind) {
     return hit;
 }
 
-KnownHits knownHits(FileDescription& description, Counting counting, std::uint16_t recordedTypes, bool kept) {
-    KnownHits known = noKnownHits;
-    for (const ItemKind kind : itemKinds) {
-        const SeenHits& seen = seenHits(description, kind, counting);
-        KnownHits::Items& items = KnownHits::ofKeyword(known, KnownHits::startOfLine(kind));
-        const bool isRecorded = (recordedTypes & typesOfKind(kind)) != 0;
-        items.needed = static_cast<std::uint8_t>((isRecorded ? seen::plainHit : 0) | (kept ? seen::kept : 0));
-        items.plain = seen.plain.data();
-        items.counted = seen.counted.data();
-        items.size = static_cast<std::uint32_t>(counting == Counting::Accumulate ? seen.counted.size()
-                                                                                 : seen.plain.size());
-    }
-    return known;
-}
-
 } // namespace veldacov

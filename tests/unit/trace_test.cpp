@@ -4,8 +4,9 @@
 #include <random>
 #include <vector>
 
-#include "report/trace_reader.h"
+#include "report/trace_walk.h"
 #include "support/files.h"
+#include "support/machine.h"
 #include "unit/test_support.h"
 
 namespace veldacov::test {
@@ -26,17 +27,14 @@ protected:
     // Reads a trace, or two with a "|" between them, in a run of its own and gives the account of it. The model
     // has the hits of this run only then.
     std::string accountOfRun(const std::string& text) {
-        session = {};
-        session.options = &options;
-        session.typesInUse = typesInUse;
-        session.trace = startOfTraces();
+        walk = startWalk(options, events, {recordedTypes, nullptr});
         findDescription(0, 0);
         resetTestCounts();
         const std::size_t first = std::min(text.find('|'), text.size());
         return accountHere([&] {
-            readTraceFile(session, write("x.tio", text.substr(0, first)));
+            readTraceFile(walk, write("x.tio", text.substr(0, first)));
             if (first < text.size()) {
-                readTraceFile(session, write("x.tio", text.substr(first + 1)));
+                readTraceFile(walk, write("x.tio", text.substr(first + 1)));
             }
             settleCounts();
         });
@@ -44,15 +42,22 @@ protected:
 
     static Service& service() { return loadedDescriptions()[0]->services[0]; }
 
-    TraceSession session;
     const CoverageOptions options;
-    std::uint16_t typesInUse = 0xfff;
+    // Tells of parts that nothing describes.
+    struct Unmatched : TraceEvents {
+        void partMet(const MetPart& part) override {
+            if (part.description == nullptr) {
+                infoMessage(QStringLiteral("unmatched"));
+            }
+        }
+    } events;
+    TraceWalk walk;
+    std::uint16_t recordedTypes = 0xfff;
 };
 
 const std::string partA = "FT 36\nDC 7\n";
 const std::string partB = "FT 26\nDC 7\n";
-const std::string missing =
-    "INFO: Parts of traces do not match any listed FDC files; such parts are ignored\n";
+const std::string missing = "INFO: unmatched\n";
 
 TEST_F(TraceTest, TheStateDecidesWhichHitsCount) {
     const std::pair<std::string, std::uint32_t> rows[] = {
@@ -83,7 +88,7 @@ TEST_F(TraceTest, RunTimeErrorsAndUnknownPartsAreTold) {
             condition + "evaluates in an unexpected result, contact your vendor\n" + condition +
             "reached with an unexpected input vector, contact your vendor\n" + error +
             "unknown error opcode\n");
-    EXPECT_EQ(accountOfRun("FT 1\nDC 7\nTP 0\nFT 36\nDC 8\nTP 0\n"), missing); // once in a run
+    EXPECT_EQ(accountOfRun("FT 1\nDC 7\nTP 0\nFT 36\nDC 8\nTP 0\n"), missing + missing);
     EXPECT_EQ(service().entry->testHits, 0U);
 }
 
@@ -194,7 +199,7 @@ TEST_F(TraceTest, EveryFaultHasItsMessage) {
         }
     }
     const std::string nothing = path("nothing.tio");
-    EXPECT_EQ(accountHere([&] { readTraceFile(session, nothing); }),
+    EXPECT_EQ(accountHere([&] { readTraceFile(walk, nothing); }),
               fatalAccount("Cannot open trace file nothing.tio"));
 }
 
@@ -202,21 +207,22 @@ TEST_F(TraceTest, TestsHaveNamesNumbersAndDates) {
     const struct {
         std::string lines, test, date;
         std::int32_t number;
-        std::size_t seen;
-    } rows[] = {{"NT\nDT \"a date\" rest\n", "#", "a date", -1, 1},
-                {"NT \"a \\\"b\\\\\" 01 2\nDT f1\n", "a \"b\\", dateText(31), 16, 1},
-                {"NT 01\nDT \"a\\\"b\"\n", "01", "a", 16, 0}, // the date ends at its first quote
-                {"NT \"\" A\nDT \"a\"\nDT\n", "A", "", 10, 0},
-                {"NT ffffffff 1\nDT ffffffff\n", "#", "", -1, 1},
-                {"NT \"a\"\r\nDT 0\r\n", "a", "", -1, 1},
-                {"NT \n", "", "", 0, 0}};
+        KnownBy knownBy;
+    } rows[] = {
+        {"NT\nDT \"a date\" rest\n", "#", "a date", -1, KnownBy::Default},
+        {"NT \"a \\\"b\\\\\" 01 2\nDT f1\n", "a \"b\\", dateText(31), 16, KnownBy::Name},
+        {"NT 01\nDT \"a\\\"b\"\n", "01", "a", 16, KnownBy::Number}, // the date ends at its first quote
+        {"NT \"\" A\nDT \"a\"\nDT\n", "A", "", 10, KnownBy::Number},
+        {"NT ffffffff 1\nDT ffffffff\n", "#", "", -1, KnownBy::Default},
+        {"NT \"a\"\r\nDT 0\r\n", "a", "", -1, KnownBy::Name},
+        {"NT \n", "", "", 0, KnownBy::Number}};
     for (const auto& row : rows) {
         EXPECT_EQ(accountOfRun(row.lines), "") << row.lines;
-        EXPECT_EQ(nameText(session.trace.currentTest), row.test) << row.lines;
-        EXPECT_EQ(nameText(session.trace.testDate), row.date) << row.lines;
-        EXPECT_EQ(session.currentTestNumber, row.number) << row.lines;
-        EXPECT_EQ(session.seenTests.nodes.size(), row.seen) << row.lines;
-        EXPECT_TRUE(session.testOpen);
+        EXPECT_EQ(nameText(walk.trace.currentTest), row.test) << row.lines;
+        EXPECT_EQ(nameText(walk.trace.testDate), row.date) << row.lines;
+        EXPECT_EQ(walk.test.number, row.number) << row.lines;
+        EXPECT_EQ(walk.test.knownBy, row.knownBy) << row.lines;
+        EXPECT_TRUE(walk.testOpen);
     }
 }
 
@@ -224,11 +230,12 @@ TEST_F(TraceTest, HitsAreRecordedForTypesInUse) {
     const std::pair<std::string, std::uint16_t> rows[] = {
         {"TP", 0x003}, {"TA", 0x004}, {"TB", 0x0e8}, {"TE", 0x500}};
     for (const auto& [keyword, types] : rows) {
-        for (typesInUse = 1; typesInUse <= 0x800; typesInUse = static_cast<std::uint16_t>(typesInUse << 1)) {
+        for (recordedTypes = 1; recordedTypes <= 0x800;
+             recordedTypes = static_cast<std::uint16_t>(recordedTypes << 1)) {
             EXPECT_EQ(accountOfRun(partA + keyword + " 0\n"), "");
             std::uint32_t hits = 0;
             forEachItem(service(), [&](const HitRecord& record, std::uint16_t) { hits += record.testHits; });
-            EXPECT_EQ(hits, (typesInUse & types) != 0 ? 1U : 0U) << keyword << typesInUse;
+            EXPECT_EQ(hits, (recordedTypes & types) != 0 ? 1U : 0U) << keyword << recordedTypes;
         }
     }
 }
