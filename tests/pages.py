@@ -63,7 +63,7 @@ def run(steps, build):
         environment = {"PATH": "/usr/bin:/bin", "TZ": "UTC", "LANG": "C.UTF-8", "HOME": home, "TMPDIR": f"{home}/tmp"}
         mark = f"-- {time.time_ns()} --"
         script = "".join(f"{step.command}\necho '{mark}'\n" for step in steps)
-        printed = subprocess.run(["dash"], input=script, text=True, cwd=checkout, env=environment, timeout=300,
+        printed = subprocess.run(["sh"], input=script, text=True, cwd=checkout, env=environment, timeout=300,
                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT).stdout
     for step, part in zip(steps, printed.split(mark + "\n")[:-1]):
         step.printed = part.splitlines()
