@@ -21,9 +21,9 @@ struct ModelState {
     DescriptionList descriptions;
     std::unordered_set<std::uint32_t> keys;
     std::unordered_map<std::uint64_t, FileDescription*> byKeyAndChecksum; // the first of each
-    std::uint32_t currentService = 0;   // place of that of the item last found since the last findDescription
-    std::vector<Service*> servicesHit;  // in the current test
-    std::vector<HitRecord*> recordsHit; // with test hits to reset
+    std::uint32_t currentService = 0;  // place of that of the item last found since the last findDescription
+    std::vector<Service*> servicesHit; // in the current test
+    std::vector<TestHit> hitsOfTest;
     std::vector<std::uint8_t*> plainSeen; // bits of items with plain hits
     std::vector<CountedSeen> countedSeen;
     std::vector<Service*> servicesWithFirstHits;
@@ -223,6 +223,9 @@ void addDescription(std::unique_ptr<FileDescription> description) {
     added->place = static_cast<std::uint32_t>(model().descriptions.size());
     added->keySeenBefore = !model().keys.insert(added->fileKey).second;
     model().byKeyAndChecksum.try_emplace(keyWithChecksum(added->fileKey, added->checksum), added);
+    for (Service& service : added->services) {
+        service.file = added->place;
+    }
     model().descriptions.push_back(std::move(description));
 }
 
@@ -352,9 +355,18 @@ void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, s
         record.testHits = count;
         record.globalHits = count;
     }
-    if (firstInTest && record.testHits != 0) {
-        model().recordsHit.push_back(&record);
+    if ((record.flags & hitInTest) == 0) {
+        record.flags |= hitInTest;
+        TestHit& hit = model().hitsOfTest.emplace_back();
+        hit.record = &record;
+        hit.service = service.place;
+        hit.file = service.file & 0xFFFFFFFU;
+        hit.typeBit = static_cast<std::uint32_t>(std::countr_zero(coverageType)) & 0xFU;
     }
+}
+
+const std::vector<TestHit>& hitsOfTest() {
+    return model().hitsOfTest;
 }
 
 const std::vector<Service*>& servicesHitInTest() {
@@ -376,15 +388,16 @@ ProvenConditions& provenConditions() {
 void resetTestCounts() {
     settleCounts();
     forgetPlainHits();
-    for (HitRecord* record : model().recordsHit) {
-        record->testHits = 0;
+    for (const TestHit& hit : model().hitsOfTest) {
+        hit.record->testHits = 0;
+        hit.record->flags &= static_cast<std::uint8_t>(~hitInTest);
     }
     for (Service* service : model().servicesHit) {
         service->testCovered = {};
         service->touchedInTest = false;
     }
     model().proven.countedInTest = 0;
-    model().recordsHit.clear();
+    model().hitsOfTest.clear();
     model().servicesHit.clear();
 }
 

@@ -100,6 +100,7 @@ constexpr std::uint32_t mostHits = 2147483647;
 // Flags of a hit record.
 constexpr std::uint8_t hitFlag = 0x01; // hit; the CIO writer takes it back when it has counted the hit
 constexpr std::uint8_t countedInPeriod = 0x02; // owned by the CIO writer
+constexpr std::uint8_t hitInTest = 0x04;       // hit in the current test, be it with a count of 0
 constexpr std::uint8_t everHit = 0x10;         // hit in some test
 
 // What is counted for an item or a modified condition.
@@ -179,6 +180,7 @@ struct Composition {
 struct alignas(64) Service {
     const NameEntry* name = nullptr;
     std::uint32_t place = 0; // in the services of its file
+    std::uint32_t file = 0;  // place of that in loadedDescriptions
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
     CoverageCounters counts{};
@@ -306,6 +308,23 @@ constexpr std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
 
 // The services that were hit in the current test, each once, in the order of their first hits.
 const std::vector<Service*>& servicesHitInTest();
+
+// What was hit in the current test, each record once, in the order of the first hits. A run over all tests without
+// resetTestCounts keeps one for each record hit: 16 bytes.
+struct TestHit {
+    HitRecord* record = nullptr;
+    std::uint32_t service = 0;     // its place in the file
+    std::uint32_t file : 28 = 0;   // place in loadedDescriptions
+    std::uint32_t typeBit : 4 = 0; // which bit of a coverage-type mask its type is
+};
+static_assert(sizeof(TestHit) == 16);
+const std::vector<TestHit>& hitsOfTest();
+inline std::uint16_t typeOf(const TestHit& hit) {
+    return static_cast<std::uint16_t>(1U << hit.typeBit);
+}
+inline Service& serviceOf(const TestHit& hit) {
+    return loadedDescriptions()[hit.file]->services[hit.service];
+}
 // The services that have had an item hit for the first time since the last call, each once.
 std::vector<Service*> takeServicesWithFirstHits();
 

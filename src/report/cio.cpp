@@ -15,6 +15,9 @@ namespace veldacov {
 
 namespace {
 
+// Services and items lie all over the memory; those of so many turns later are asked for early.
+constexpr std::size_t ahead = 8;
+
 // The services printed in one block; a File line stands before each run of services of one file name.
 struct CioBlock {
     const NameEntry* fileName = nullptr;
@@ -29,30 +32,39 @@ const std::string& plain(CioFile& cio, ReportLabel label) {
     return text;
 }
 
-// An entry's contribution to the new hits: 1 for an item that was hit since it was last looked at, and not
-// yet counted in this period.
-std::uint32_t takeNewHit(HitRecord& record) {
+// True for what was hit since it was last looked at, and has not yet been counted in this period.
+bool takeNewHit(CioFile& cio, HitRecord& record) {
     if ((record.flags & hitFlag) == 0) {
-        return 0;
+        return false;
     }
     record.flags &= static_cast<std::uint8_t>(~hitFlag);
     if ((record.flags & countedInPeriod) != 0) {
-        return 0;
+        return false;
     }
     record.flags |= countedInPeriod;
-    return 1;
+    cio.countedRecords.push_back(&record);
+    return true;
 }
 
-CoverageCounters takeNewHits(Service& service) {
-    CoverageCounters newHits{};
-    forEachItem(service, [&](HitRecord& record, std::uint16_t coverageType) {
-        const std::uint32_t taken = takeNewHit(record);
-        newHits[*counterOfType(coverageType)] += taken;
-        if (coverageType == type::procedures) {
-            newHits[counter::services] = taken;
+// Sums up by service what the test that ends has hit first in this period. It looks at what was hit in the test only:
+// whatever else still has its hitFlag belongs to services that are not selected.
+void takeNewHits(CioFile& cio) {
+    const std::vector<TestHit>& hits = hitsOfTest();
+    for (std::size_t i = 0; i < hits.size(); ++i) {
+        if (i + ahead < hits.size()) {
+            __builtin_prefetch(hits[i + ahead].record, 1);
+            __builtin_prefetch(&serviceOf(hits[i + ahead]).selectedPlace);
         }
-    });
-    return newHits;
+        const TestHit& hit = hits[i];
+        const std::int32_t place = serviceOf(hit).selectedPlace;
+        if (place >= 0 && takeNewHit(cio, *hit.record)) {
+            CoverageCounters& newHits = cio.newHits[static_cast<std::size_t>(place)];
+            ++newHits[*counterOfType(typeOf(hit))];
+            if (typeOf(hit) == type::procedures) {
+                newHits[counter::services] = 1;
+            }
+        }
+    }
 }
 
 bool anyCounted(const CoverageCounters& counters) {
@@ -144,13 +156,6 @@ void finishBlock(CioFile& cio, const CioBlock& block) {
     }
 }
 
-void forgetPeriod(Service& service, CoverageCounters& accumulated) {
-    accumulated = {};
-    forEachItem(service, [](HitRecord& record, std::uint16_t) {
-        record.flags &= static_cast<std::uint8_t>(~countedInPeriod);
-    });
-}
-
 // Adds what a test hit first to its service's period.
 void addToPeriod(CioFile& cio, std::size_t place, const CoverageCounters& newHits) {
     if (anyCounted(newHits)) {
@@ -174,7 +179,8 @@ void openCio(CioFile& cio, const CoverageOptions& options, const Selection& sele
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));
-    cio.accumulated.resize(cio.selection->services.size());
+    cio.newHits.resize(selection.services.size());
+    cio.accumulated.resize(selection.services.size());
 }
 
 void writeCioTestBlock(CioFile& cio, std::int32_t testNumber, const std::string& traceFileName) {
@@ -189,12 +195,21 @@ void writeCioTestBlock(CioFile& cio, std::int32_t testNumber, const std::string&
                                                : ReportLabel::PreviousTestsAndServices);
     }
     cio.noTestBlockYet = false;
+    takeNewHits(cio);
     CioBlock block;
-    for (const std::size_t place : placesHitInTest()) {
+    const std::vector<std::size_t> places = placesHitInTest();
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (i + 2 * ahead < places.size()) {
+            const Service* service = entryAt(cio, places[i + 2 * ahead]).service;
+            __builtin_prefetch(service);
+            __builtin_prefetch(&service->testCovered);
+            __builtin_prefetch(entryAt(cio, places[i + ahead]).service->name);
+        }
+        const std::size_t place = places[i];
         const CioEntry entry = entryAt(cio, place);
         if (anyCounted(entry.service->testCovered)) {
             writeServiceLines(cio, block, entry);
-            const CoverageCounters newHits = takeNewHits(*entry.service);
+            const CoverageCounters newHits = std::exchange(cio.newHits[place], {});
             addToPeriod(cio, place, newHits);
             writeRateLines(cio, entry, entry.service->testCovered, &newHits);
         }
@@ -220,7 +235,10 @@ void writeCioServiceBlock(CioFile& cio, std::int32_t serviceNumber, const std::s
         const CioEntry entry = entryAt(cio, place);
         writeServiceLines(cio, block, entry);
         writeRateLines(cio, entry, cio.accumulated[place], nullptr);
-        forgetPeriod(*entry.service, cio.accumulated[place]);
+        cio.accumulated[place] = {};
+    }
+    for (HitRecord* record : std::exchange(cio.countedRecords, {})) {
+        record->flags &= static_cast<std::uint8_t>(~countedInPeriod);
     }
     finishBlock(cio, block);
 }

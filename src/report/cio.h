@@ -28,8 +28,11 @@ struct CioFile {
     std::uint16_t typesInUse = 0;         // govern every block
     bool noTestBlockYet = true;
     bool noServiceBlockYet = true;
+    std::vector<CoverageCounters>
+        newHits; // by selected service: hit first in the test that ends; zero in between
     std::vector<CoverageCounters> accumulated; // by selected service: hit first since the last O block
     std::vector<std::size_t> placesInPeriod;   // of the services in which anything was
+    std::vector<HitRecord*> countedRecords;    // with the mark countedInPeriod
     std::array<std::string, static_cast<std::size_t>(ReportLabel::Count)> labels; // looked up once
 };
 

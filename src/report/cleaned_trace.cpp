@@ -59,12 +59,11 @@ void writeHit(OutputFile& out, ItemKind kind, WrittenHit hit, bool countOriented
     out.put({line.data(), static_cast<std::size_t>(at - line.data())});
 }
 
-void writePart(CleanedTrace& cleaned, const FileDescription& part, bool countOriented) {
-    OutputFile& out = cleaned.cleanStream;
-    putLine(out, "FT ", hexText(part.fileKey).view());
-    putLine(out, "DC ", hexText(part.checksum).view());
+void writePart(OutputFile& out, KeptPart& part, bool countOriented) {
+    putLine(out, "FT ", hexText(part.description->fileKey).view());
+    putLine(out, "DC ", hexText(part.description->checksum).view());
     for (const ItemKind kind : itemKinds) {
-        forEachKeptHit(cleaned.keptHits, part, kind, [&](std::uint32_t id, std::uint32_t count) {
+        forEachKeptHit(part, kind, [&](std::uint32_t id, std::uint32_t count) {
             writeHit(out, kind, {id, count}, countOriented);
         });
     }
@@ -84,13 +83,13 @@ void writeCleanedTrace(CleanedTrace& cleaned, const CoverageOptions& options, co
     if (test.countOriented) {
         putLine(out, "CO");
     }
-    std::vector<FileDescription*>& parts = cleaned.keptHits.partsWithHits;
-    std::sort(parts.begin(), parts.end(), [](const FileDescription* left, const FileDescription* right) {
-        return left->place < right->place;
+    std::vector<KeptPart*>& parts = cleaned.keptHits.partsWithHits;
+    std::sort(parts.begin(), parts.end(), [](const KeptPart* left, const KeptPart* right) {
+        return left->description->place < right->description->place;
     });
-    for (const FileDescription* part : parts) {
-        if (!part->otherChecksumSeen) {
-            writePart(cleaned, *part, test.countOriented);
+    for (KeptPart* part : parts) {
+        if (!part->description->otherChecksumSeen) {
+            writePart(out, *part, test.countOriented);
         }
     }
     forgetKeptHits(cleaned.keptHits);

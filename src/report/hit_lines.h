@@ -19,6 +19,7 @@
 // nextTraceLine, which means the same by the same lines and has the messages. docs/performance.md has the figures, and
 // the designs that were slower.
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -86,19 +87,21 @@ constexpr std::uint32_t fourCharacters(const char* at) {
 }
 constexpr std::uint32_t keywordMask = 0xFFFFFF;
 
-// Reads up to eight hexadecimal digits; the place behind them. No digit is an empty number, 0; a ninth is left
-// standing.
+// Reads one to eight hexadecimal digits; null when there is none. A ninth digit is left standing.
 inline const char* takeHex(const char* at, std::uint32_t& value) {
-    value = 0;
-    for (unsigned shift = 0; shift < 32; shift += 4) {
-        const int digit = hexDigitValues[static_cast<unsigned char>(*at)];
+    int digit = hexDigitValues[static_cast<unsigned char>(*at)];
+    if (digit < 0) {
+        return nullptr;
+    }
+    value = static_cast<std::uint32_t>(digit);
+    for (unsigned shift = 4; shift < 32; shift += 4) {
+        digit = hexDigitValues[static_cast<unsigned char>(*++at)];
         if (digit < 0) {
             return at;
         }
         value |= static_cast<std::uint32_t>(digit) << shift;
-        ++at;
     }
-    return at;
+    return at + 1;
 }
 
 // The line behind a plain line end; null when there is none.
@@ -124,88 +127,79 @@ bool isKnown(const KnownHits::Items& items, std::uint32_t id, std::uint32_t coun
     }
 }
 
-// A hit read from a line, and the line behind it; `behind` is null where the line is left to others.
-struct HitLine {
-    const char* behind = nullptr;
-    const KnownHits::Items* items = nullptr;
-    std::uint32_t id = 0;
-    std::uint32_t count = 1;
-};
-
-template <bool counted>
-HitLine usualHitLine(const char* line, const KnownHits& known) {
-    HitLine hit;
-    const std::uint32_t keyword = fourCharacters(line) & keywordMask;
-    hit.items = &KnownHits::ofKeyword(known, keyword);
-    if (hit.items->keyword != keyword) {
-        return hit;
+inline bool endsField(char character) {
+    return character == ' ' || character == '\n' || character == '\r';
+}
+// The number behind blanks; none is an empty one, 0. A line feed stands somewhere behind it.
+inline const char* takeField(const char* at, std::uint32_t& value) {
+    while (*at == ' ') {
+        ++at;
     }
-    const char* start = line + 3;
-    const char* at = takeHex(start, hit.id);
-    if (counted) {
-        if (at == start || *at != ' ') {
-            return hit;
-        }
-        start = at + 1;
-        at = takeHex(start, hit.count);
-    }
-    hit.behind = at != start ? behindLineEnd(at) : nullptr;
-    return hit;
+    value = 0;
+    const char* behind = takeHex(at, value);
+    return behind != nullptr ? behind : at;
 }
 
-// The same for every form that the tokens of a line may have; an absent number is left to the reader that refuses it.
+// A hit line in another form; `behind` is null where it is left to others. Out of line: it shall not weigh on the loop.
+struct CarefulHit {
+    Hit hit;
+    const KnownHits::Items* items = nullptr;
+    const char* behind = nullptr;
+};
 template <bool counted>
-[[gnu::noinline]] HitLine carefulHitLine(const char* line, const char* end, const KnownHits& known) {
-    HitLine hit;
+[[gnu::noinline]] CarefulHit readCarefully(const char* line, const char* end, const KnownHits& known) {
+    CarefulHit read;
     const auto inHand = static_cast<std::size_t>(std::min(end - line, longestCarefulLine));
     const auto* lineEnd = static_cast<const char*>(std::memchr(line, '\n', inHand));
     if (lineEnd == nullptr) {
-        return hit;
+        return read;
     }
-    const auto isEndOfField = [](char character) {
-        return character == ' ' || character == '\n' || character == '\r';
-    };
-    const auto skipBlanks = [](const char* at) { // a line feed stands behind them
-        while (*at == ' ') {
-            ++at;
-        }
-        return at;
-    };
-    const char* at = skipBlanks(line);
-    if (lineEnd - at < 3) {
-        return hit;
+    const char* at = std::find_if(line, lineEnd, [](char character) { return character != ' '; });
+    const std::uint32_t keyword = lineEnd - at >= 3 ? fourCharacters(at) & keywordMask : 0;
+    read.items = &KnownHits::ofKeyword(known, keyword);
+    if (keyword == 0 || read.items->keyword != keyword) {
+        return read;
     }
-    const std::uint32_t keyword = fourCharacters(at) & keywordMask;
-    hit.items = &KnownHits::ofKeyword(known, keyword);
-    if (hit.items->keyword != keyword) {
-        return hit;
-    }
-    at = takeHex(skipBlanks(at + 3), hit.id);
+    read.hit.kind = read.items->kind;
+    at = takeField(at + 3, read.hit.id);
     if (counted) {
-        if (*at != ' ') {
-            return hit;
+        if (*at != ' ') { // no count: a fault
+            return read;
         }
-        at = takeHex(skipBlanks(at), hit.count);
+        at = takeField(at, read.hit.count);
     }
-    hit.behind = isEndOfField(*at) ? lineEnd + 1 : nullptr;
-    return hit;
+    read.behind = endsField(*at) ? lineEnd + 1 : nullptr;
+    return read;
 }
 
 // Gives the first line that it leaves.
 template <bool counted, typename Take>
 const char* takeHitLines(const char* line, const char* end, const KnownHits& known, Take take) {
     while (end - line >= longestUsualLine) {
-        HitLine hit = usualHitLine<counted>(line, known);
-        if (hit.behind == nullptr) {
-            hit = carefulHitLine<counted>(line, end, known);
-            if (hit.behind == nullptr) {
-                break;
+        const std::uint32_t keyword = fourCharacters(line) & keywordMask;
+        const KnownHits::Items& items = KnownHits::ofKeyword(known, keyword);
+        std::uint32_t id = 0;
+        const char* at = items.keyword == keyword ? takeHex(line + 3, id) : nullptr;
+        std::uint32_t count = 1;
+        if (counted && at != nullptr) {
+            at = *at == ' ' ? takeHex(at + 1, count) : nullptr;
+        }
+        const char* nextLine = at != nullptr ? behindLineEnd(at) : nullptr;
+        if (nextLine != nullptr) {
+            if (!isKnown<counted>(items, id, count)) {
+                take(Hit{items.kind, id, count});
             }
+            line = nextLine;
+            continue;
         }
-        if (!isKnown<counted>(*hit.items, hit.id, hit.count)) {
-            take(Hit{hit.items->kind, hit.id, hit.count});
+        const CarefulHit careful = readCarefully<counted>(line, end, known);
+        if (careful.behind == nullptr) {
+            break;
         }
-        line = hit.behind;
+        if (!isKnown<counted>(*careful.items, careful.hit.id, careful.hit.count)) {
+            take(careful.hit);
+        }
+        line = careful.behind;
     }
     return line;
 }

@@ -15,6 +15,7 @@ struct HitTreatment {
     Counting counting = Counting::Replace;
     std::uint16_t recordedTypes = 0;
     KeptHits* keptHits = nullptr;
+    KeptPart* keptPart = nullptr;  // set with keptHits
     KnownHits known = noKnownHits; // has been recorded, and kept
 };
 
@@ -22,7 +23,10 @@ HitTreatment hitTreatment(const HitRecorder& recorder, const TraceCursor& cursor
     HitTreatment treatment;
     treatment.part = cursor.currentPart;
     treatment.counting = cursor.countOriented ? Counting::Accumulate : Counting::Replace;
-    treatment.keptHits = recorder.keptHits;
+    if (recorder.keptHits != nullptr) {
+        treatment.keptHits = recorder.keptHits;
+        treatment.keptPart = &keptPart(*recorder.keptHits, *cursor.currentPart);
+    }
     if (!cursor.currentPart->placeholder) {
         treatment.recordedTypes =
             cursor.state == ReadState::Recording ? recorder.recordedTypes : std::uint16_t{0};
@@ -43,7 +47,7 @@ void takeHit(const HitTreatment& treatment, Hit hit) {
         recordHit(*treatment.part, hit.kind, hit.id, hit.count, treatment.counting);
     }
     if (treatment.keptHits != nullptr) {
-        AddTioBranch(*treatment.keptHits, *treatment.part, hit);
+        AddTioBranch(*treatment.keptHits, *treatment.keptPart, hit);
     }
 }
 

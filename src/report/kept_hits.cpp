@@ -39,12 +39,12 @@ void keepPlaceholderHit(BranchHitTable& table, const FileDescription& placeholde
     entry = placeholder.countOriented ? entry + hit.count : 1; // the sum wraps at 2^32
 }
 
-void forgetPart(KeptPart& kept, FileDescription& part) {
+void forgetPart(KeptPart& kept) {
     kept.hasHits = false;
     for (const ItemKind kind : itemKinds) {
         BranchHitTable& table = kept.branchHitTables[kindIndex(kind)];
         for (const std::uint32_t id : table.idsKept) {
-            part.seenHits[kindIndex(kind)].plain[id] &= static_cast<std::uint8_t>(~seen::kept);
+            kept.description->seenHits[kindIndex(kind)].plain[id] &= static_cast<std::uint8_t>(~seen::kept);
         }
         table.idsKept.clear();
         table.counts.reset();
@@ -53,20 +53,24 @@ void forgetPart(KeptPart& kept, FileDescription& part) {
 
 } // namespace
 
-void AddTioBranch(KeptHits& kept, FileDescription& part, Hit hit) {
+KeptPart& keptPart(KeptHits& kept, FileDescription& part) {
     if (part.place >= kept.byPlace.size()) {
         kept.byPlace.resize(loadedDescriptions().size());
     }
-    KeptPart& keptPart = kept.byPlace[part.place];
-    if (!keptPart.hasHits) {
-        keptPart.hasHits = true;
+    kept.byPlace[part.place].description = &part;
+    return kept.byPlace[part.place];
+}
+
+void AddTioBranch(KeptHits& kept, KeptPart& part, Hit hit) {
+    if (!part.hasHits) {
+        part.hasHits = true;
         kept.partsWithHits.push_back(&part);
     }
-    BranchHitTable& table = keptPart.branchHitTables[kindIndex(hit.kind)];
-    if (part.placeholder) {
-        keepPlaceholderHit(table, part, hit);
+    BranchHitTable& table = part.branchHitTables[kindIndex(hit.kind)];
+    if (part.description->placeholder) {
+        keepPlaceholderHit(table, *part.description, hit);
     } else {
-        keepDescribedHit(table, part, hit);
+        keepDescribedHit(table, *part.description, hit);
     }
 }
 
@@ -83,8 +87,8 @@ FileDescription* addPlaceholder(const PartKey& part, bool countOriented, bool ot
 }
 
 void forgetKeptHits(KeptHits& kept) {
-    for (FileDescription* part : kept.partsWithHits) {
-        forgetPart(kept.byPlace[part->place], *part);
+    for (KeptPart* part : kept.partsWithHits) {
+        forgetPart(*part);
     }
     kept.partsWithHits.clear();
     settleCounts(); // items whose counts are put aside are to be kept anew, too

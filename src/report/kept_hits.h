@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -25,16 +26,19 @@ struct BranchHitTable {
         counts; // of a placeholder; none without a hit
 };
 struct KeptPart {
+    FileDescription* description = nullptr;
     std::array<BranchHitTable, itemKinds.size()> branchHitTables; // by kind
     bool hasHits = false; // some table has had one since the last write
 };
 struct KeptHits {
-    std::vector<KeptPart> byPlace;               // by the place of the description; grows with them
-    std::vector<FileDescription*> partsWithHits; // each once
+    std::deque<KeptPart> byPlace;         // by the place of the description; grows with them
+    std::vector<KeptPart*> partsWithHits; // each once
 };
 
+// Where the hits of a part are kept; valid as long as `kept`.
+KeptPart& keptPart(KeptHits& kept, FileDescription& part);
 // Keeps a hit of a part. An identifier that a described part cannot have is an internal error.
-void AddTioBranch(KeptHits& kept, FileDescription& part, Hit hit);
+void AddTioBranch(KeptHits& kept, KeptPart& part, Hit hit);
 
 // Adds a description without items to the model, to keep the hits of a part that nothing describes. `countOriented`:
 // its hits carry counts, which are added up.
@@ -43,7 +47,7 @@ FileDescription* addPlaceholder(const PartKey& part, bool countOriented, bool ot
 // Calls visit(id, count) for the hits kept of a part and kind, in ascending order; items of described parts have the
 // count 1.
 template <typename Visit>
-void forEachKeptHit(KeptHits& kept, const FileDescription& part, ItemKind kind, Visit visit);
+void forEachKeptHit(KeptPart& kept, ItemKind kind, Visit visit);
 
 // Lets go of everything that is kept.
 void forgetKeptHits(KeptHits& kept);
@@ -55,16 +59,16 @@ std::vector<std::uint32_t>& sortedIds(BranchHitTable& table);
 } // namespace detail
 
 template <typename Visit>
-void forEachKeptHit(KeptHits& kept, const FileDescription& part, ItemKind kind, Visit visit) {
+void forEachKeptHit(KeptPart& kept, ItemKind kind, Visit visit) {
     constexpr std::size_t worthSorting = 16; // looking at all items beats sorting unless few are kept
-    BranchHitTable& table = kept.byPlace[part.place].branchHitTables[kindIndex(kind)];
-    if (part.placeholder) {
+    BranchHitTable& table = kept.branchHitTables[kindIndex(kind)];
+    if (kept.description->placeholder) {
         for (const auto& [id, count] : detail::sortedCounts(table)) {
             visit(id, count);
         }
         return;
     }
-    const auto seen = part.seenHits[kindIndex(kind)].plain;
+    const auto seen = kept.description->seenHits[kindIndex(kind)].plain;
     if (table.idsKept.size() * worthSorting < seen.size()) {
         for (const std::uint32_t id : detail::sortedIds(table)) {
             visit(id, std::uint32_t{1});

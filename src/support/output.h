@@ -40,8 +40,10 @@ public:
     void put(char character) { put(std::string_view(&character, 1)); }
     // Appends a number in decimal, padded with blanks on the left to `width`.
     void putNumber(std::uint32_t number, std::size_t width = 0);
-    // Appends a number with one decimal, padded with blanks on the left to `width`.
+    // Appends a number with one decimal, the nearest one (of two the even one), padded with blanks on the left to
+    // `width`. In single precision it is from 0 to 100, and several times as fast.
     void putRate(double rate, std::size_t width = 0);
+    void putRate(float rate, std::size_t width = 0);
 
     // Writes what is buffered and closes the file. A file that is not complete is a fatal error.
     void finish();
