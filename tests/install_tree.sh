@@ -59,7 +59,7 @@ done
 # Its examples run where it says so, without warnings. One of them is a response file.
 sed -n '/^# EXAMPLES/,/^# CAVEATS/p' "$source/docs/man/veldacov.1.scd" | sed 's/\\\(.\)/\1/g' |
     awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
-for example in example?; do
+for example in example*; do
     if grep -q '^#' "$example"; then
         cp "$example" campaign.txt
     elif ! PATH=$work/tree/bin:$PATH bash -e "$example" >"$work/log" 2>&1 || grep -E ' - (WARNING|.*ERROR):' "$work/log"; then

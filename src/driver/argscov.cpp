@@ -142,14 +142,21 @@ private:
     QHash<QString, EntriesByName> listed_;
 };
 
+// Neither a file nor a directory: a pipe, a device, a socket.
+bool isSpecialFile(const std::string& name) {
+    const std::optional<platform::FileStatus> status = platform::fileStatus(name);
+    return status && status->kind != platform::FileKind::Regular &&
+           status->kind != platform::FileKind::Directory;
+}
+
 // The files that a positional value names: those of its directory that match it, or the value itself when nothing
-// does.
+// does. A pipe is taken only under its very name; whatever else is there under that name cannot be opened.
 void expandInputFile(Directories& directories, const std::string& value,
                      std::vector<std::string>& inputFiles) {
     const QFileInfo pattern(QFile::decodeName(value.c_str()));
     const QString directory = pattern.path();
     const QStringList entries = directories.matches(directory, pattern.fileName());
-    if (entries.isEmpty()) {
+    if (entries.isEmpty() || isSpecialFile(value)) {
         inputFiles.push_back(value);
     }
     for (const QString& entry : entries) {

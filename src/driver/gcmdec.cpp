@@ -12,6 +12,7 @@
 
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -180,6 +181,7 @@ std::optional<std::string> responseFileOf(std::string_view word) {
 }
 
 bool appendResponseWords(const std::string& fileName, std::vector<std::string>& words) {
+    protectFile(fileName);
     InputFile file = openInput(fileName);
     if (!file.isOpen()) {
         return refuse(CommandError::FileNotFound, fileName);

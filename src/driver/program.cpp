@@ -11,10 +11,10 @@
 #include "outputs/TPM_Write_CommandLine.h"
 #include "outputs/flow.h"
 #include "outputs/listing.h"
-#include "report/output_files.h"
 #include "report/report.h"
 #include "support/machine.h"
 #include "support/output.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -31,17 +31,17 @@ Language reportLanguage() {
 }
 
 void writeReport(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out = options.outputFile
-                         ? createOutput(options, *options.outputFile,
-                                        translate("Fatal Error", "Cannot create output file %1"))
-                         : standardOutput();
+    OutputFile out =
+        options.outputFile
+            ? createOutput(*options.outputFile, translate("Fatal Error", "Cannot create output file %1"))
+            : outputOnStandardOutput();
     runCoverageReport(out, traceFiles, options, reportLanguage(), writeCoverageMeasures);
     out.finish();
 }
 
 void writeFlow(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out = createOutput(options, *options.flowFile,
-                                  translate("Fatal Error", "Cannot create flow output file %1"));
+    OutputFile out =
+        createOutput(*options.flowFile, translate("Fatal Error", "Cannot create flow output file %1"));
     writePathTrace(out, traceFiles, options, reportLanguage());
     out.finish();
 }
@@ -53,6 +53,7 @@ void release(CoverageOptions& options) {
         freeNameCountList(options.*list);
     }
     releaseDecoderMemory();
+    forgetRunFiles();
     freeAllDescriptions();
     freeNamePool();
 }
@@ -62,6 +63,9 @@ void runSteps(const std::vector<std::string>& words) {
     TraceFileList traceFiles;
     initNamePool();
     analyse(words, options);
+    if (options.flowFile) {
+        copyGivenPipes();
+    }
     for (const std::string& file : options.inputFiles) {
         loadFdcFile(&file, options.coverageTypes, traceFiles);
     }
@@ -88,6 +92,7 @@ void runProgram(const std::vector<std::string>& words) {
 }
 
 void resetProgram() {
+    forgetRunFiles();
     releaseDecoderMemory();
     freeAllDescriptions();
     freeNamePool();

@@ -2,9 +2,11 @@
 
 #include <array>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include <QByteArray>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -23,6 +25,16 @@ namespace {
 
 constexpr std::array translationFamilies = {"cov_", "common_", "cab_", "ulmoident_"};
 using Translators = std::array<QTranslator, translationFamilies.size()>;
+
+// Sets an environment variable, or unsets it; gives what it was.
+std::optional<QByteArray> exchangeVariable(const char* name, const std::optional<QByteArray>& value) {
+    std::optional<QByteArray> before;
+    if (qEnvironmentVariableIsSet(name)) {
+        before = qgetenv(name);
+    }
+    value ? qputenv(name, *value) : qunsetenv(name);
+    return before;
+}
 
 // The directory of the translation files, below the installation directory. Without it the run ends here,
 // with texts that cannot be translated yet.
@@ -63,9 +75,11 @@ int main(int argumentCount, char** arguments) {
     platform::letTooLargeFilesFail();
     platform::keepFreedMemory();
     installMemoryGuard();
-    qputenv("QT_NO_GLIB",
-            "1"); // the program runs no event loop, and that library aborts when memory runs out
+    // The program runs no event loop, and that library aborts when memory runs out. Words of the command line may refer
+    // to variables, so the environment becomes what it was.
+    const auto before = exchangeVariable("QT_NO_GLIB", QByteArray("1"));
     const QCoreApplication application(argumentCount, arguments);
+    exchangeVariable("QT_NO_GLIB", before);
     Translators translators;
     installTranslations(translators);
     setProductIdentity(translate("ULMOIdent", "Norvik"), QStringLiteral("veldacov"));

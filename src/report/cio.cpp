@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "report/output_files.h"
 #include "report/rates.h"
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -173,9 +173,8 @@ void openCio(CioFile& cio, const CoverageOptions& options, const Selection& sele
     cio = {};
     cio.selection = &selection;
     cio.typesInUse = typesInUse;
-    cio.out =
-        createOutput(options, *options.cioFile,
-                     translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"));
+    cio.out = createOutput(*options.cioFile, translate("Fatal Error", "Cannot create CIO file %1",
+                                                       "%1 is the name of the cio file"));
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "report/output_files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -74,9 +74,8 @@ void writePart(OutputFile& out, KeptPart& part, bool countOriented) {
 void writeCleanedTrace(CleanedTrace& cleaned, const CoverageOptions& options, const CleanedTest& test) {
     OutputFile& out = cleaned.cleanStream;
     if (!out.isOpen()) {
-        out = createOutput(
-            options, *options.cleanFile,
-            translate("Fatal Error", "Cannot write to file %1", "%1 is the name of the cleaned tio file"));
+        out = createOutput(*options.cleanFile, translate("Fatal Error", "Cannot write to file %1",
+                                                         "%1 is the name of the cleaned tio file"));
     }
     putLine(out, testLine(options, test));
     putLine(out, dateLine(options, test));

@@ -8,6 +8,7 @@
 #include "description/tokens.h"
 #include "report/auth.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -85,7 +86,7 @@ void openTrace(TraceCursor& cursor, const std::string& fileName) {
     cursor.state = ReadState::Recording;
     cursor.fileName = fileName;
     cursor.testDate = nullptr;
-    cursor.stream = openInput(fileName);
+    cursor.stream = reopenGivenFile(fileName);
     if (!cursor.stream.isOpen()) {
         fatalError(
             filled(translate("Fatal Error", "Cannot open trace file %1", "%1 is the name of the trace file"),

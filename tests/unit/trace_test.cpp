@@ -135,7 +135,12 @@ TEST_F(TraceTest, HitsAddUpInWhateverForm) {
 // After counts of 0 an item is not yet hit in its test: the first other count is a first hit, and ends with the test.
 TEST_F(TraceTest, CountsOfZeroAreNoHits) {
     const std::string others = "TB 0 1\nTB 0 1\nTB 0 1\nTB 0 1\n"; // the calls are not last in the bytes
-    EXPECT_EQ(accountOfRun("CO\n" + partA + "TA 0 0\nTA  0 0\nTA 0 3\nTA 0 4\n" + others), "");
+    const auto recorded = [&](const std::string& hits) {
+        return partA + hits + others;
+    }; // before the next part
+    EXPECT_EQ(
+        accountOfRun("CO\n" + recorded("TA 0 0\n") + recorded("TA  0 0\n") + recorded("TA 0 3\nTA 0 4\n")),
+        "");
     EXPECT_EQ(service().calls[0].testHits, 7U);
     EXPECT_EQ(service().testCovered[counter::calls], 3U) << "each time that it had no hits";
     EXPECT_EQ(service().globalCovered[counter::calls], 1U);
