@@ -2,10 +2,11 @@
 
 #include <random>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include <QDir>
 
-#include "driver/banner.h"
 #include "unit/test_support.h"
 
 namespace veldacov::test {
@@ -37,13 +38,22 @@ protected:
 };
 
 TEST_F(Options, CoverageTypes) {
-    std::istringstream cases(
-        "-PROC 1 -PROC= 1 -PROC=RET 3 -pr=ret 3 -PROC=RETURN 3 -NOPROC 0 -CALL 4 -ca 4 -NOCALL 0 -BLOCK 18 "
-        "-BLOCK=IMPLICIT 38 -BLOCK=DECISION 38 -BLOCK=LOGICAL 78 -BLOCK=ATC f8 -NOBLOCK 0 -COND 100 -CO 100 "
-        "-COND=MODIFIED 300 -COND=MODIFIEDX 300 -COND=COMPOUND 700 -NOCOND 0");
-    std::string word;
-    for (std::uint16_t types = 0; cases >> word >> std::hex >> types;) {
-        EXPECT_EQ(analysed("a " + word).coverageTypes, types) << word;
+    const std::vector<std::pair<std::uint16_t, std::vector<std::string>>> table = {
+        {0x000, {"-NOPROC", "-NOCALL", "-NOBLOCK", "-NOCOND"}},
+        {0x001, {"-PROC", "-PROC="}},
+        {0x003, {"-PROC=RET", "-pr=ret", "-PROC=RETURN"}},
+        {0x004, {"-CALL", "-ca"}},
+        {0x018, {"-BLOCK"}},
+        {0x038, {"-BLOCK=IMPLICIT", "-BLOCK=DECISION"}},
+        {0x078, {"-BLOCK=LOGICAL"}},
+        {0x0f8, {"-BLOCK=ATC"}},
+        {0x100, {"-COND", "-CO"}},
+        {0x300, {"-COND=MODIFIED", "-COND=MODIFIEDX"}},
+        {0x700, {"-COND=COMPOUND"}}};
+    for (const auto& [types, words] : table) {
+        for (const std::string& word : words) {
+            EXPECT_EQ(analysed("a " + word).coverageTypes, types) << word;
+        }
     }
     EXPECT_EQ(analysed("a -PROC=RET -CALL -NOBLOCK -COND=COMPOUND").coverageTypes, 0x707);
 }
@@ -182,15 +192,6 @@ TEST_F(Options, AMalformedCommandLineSetsNothing) {
     EXPECT_FALSE(analysed("a -OUTPUT=o @" + missing, false).outputFile);
     EXPECT_EQ(account.substr(0, account.find('\n')),
               "Orbis(R) Norvik Command analysis : File not found " + missing);
-}
-
-TEST(Version, Requests) {
-    for (const char* word : {"-V", "-v", "-Ver", "-VERSION", "-versio"}) {
-        EXPECT_TRUE(isVersionRequest(word)) << word;
-    }
-    for (const char* word : {"", "-", "V", "VERSION", "-VERSIONS", "-VX", "--V", "-V=", "-E"}) {
-        EXPECT_FALSE(isVersionRequest(word)) << word;
-    }
 }
 
 } // namespace

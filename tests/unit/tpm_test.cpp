@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <pwd.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "outputs/TPM_Write_CommandLine.h"
@@ -189,24 +188,6 @@ TEST_F(TpmTest, AWriterWaitsForTheLockUntilAnInterrupt) {
                   "directory\n\n");
     moving.join();
     EXPECT_EQ(::signal(SIGINT, SIG_DFL), SIG_DFL); // as before the wait
-}
-
-TEST_F(TpmTest, TwoProcessesLoseNoRecord) {
-    constexpr std::uint32_t count = 100;
-    outcomeOf([] {
-        const ::pid_t child = ::fork();
-        for (std::uint32_t key = child == 0 ? count : 0, end = key + count; key < end; ++key) {
-            writeMeasure("M", key, 1, Words{1});
-        }
-        if (child == 0) {
-            ::_exit(0);
-        }
-        ::waitpid(child, nullptr, 0);
-    });
-    EXPECT_EQ(read("M.u1.1.idx").size(), 2 * count * 8);
-    const std::string records = read("M.u1.1.tpm");
-    ASSERT_EQ(records.size(), 2 * count * 16);
-    EXPECT_EQ(records.substr(records.size() - 8), bytesOf({1, 2 * count}));
 }
 
 TEST_F(TpmTest, CoverageMeasuresHoldHitsAndItemsOfSelectedServices) {
