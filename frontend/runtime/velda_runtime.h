@@ -1,0 +1,16 @@
+/* The interface between instrumented code and the run-time library; its story is in velda_abi.inc. */
+#ifndef VELDA_RUNTIME_H
+#define VELDA_RUNTIME_H
+
+#include "velda_abi.inc"
+
+enum { VELDA_ABI_VERSION = 1 };
+
+/* Keywords of hits, in the order in which a section lists its items. */
+enum velda_keyword { VELDA_TP, VELDA_TA, VELDA_TB, VELDA_TE, VELDA_KEYWORDS };
+
+/* Words of formulas. */
+enum { VELDA_TERM_MORE = 1, VELDA_TERM_MINUS = 2, VELDA_TERM_COUNTER = 4 };
+#define VELDA_NO_TERM 0xFFFFFFFFu
+
+#endif
