@@ -337,7 +337,10 @@ static int same_sections(const struct velda_unit *a, const struct velda_unit *b)
         return 0;
     for (i = 0; i < a->section_count; i++)
         if (a->sections[i].key != b->sections[i].key || a->sections[i].checksum != b->sections[i].checksum ||
-            a->sections[i].formula_words != b->sections[i].formula_words ||
+            a->sections[i].formula_words != b->sections[i].formula_words)
+            return 0;
+    for (i = 0; i < a->section_count; i++)
+        if (a->sections[i].formula_words > 0 &&
             memcmp(a->sections[i].formulas, b->sections[i].formulas,
                    a->sections[i].formula_words * sizeof a->sections[i].formulas[0]) != 0)
             return 0;
