@@ -8,17 +8,15 @@
 
 extern int at_quick_exit(void (*function)(void));
 
-static const char *const keywords[VELDA_KEYWORDS] = {"TP", "TA", "TB", "TE"};
+static const char* const keywords[VELDA_KEYWORDS] = {"TP", "TA", "TB", "TE"};
 
 /* --- Tests and parts --- */
 
-static void put_text(struct velda_registry *registry, const char *text)
-{
+static void put_text(struct velda_registry* registry, const char* text) {
     velda_put(&registry->file, text, (unsigned int)strlen(text));
 }
 
-static void put_quoted(struct velda_registry *registry, const char *text)
-{
+static void put_quoted(struct velda_registry* registry, const char* text) {
     put_text(registry, "\"");
     for (; *text != '\0'; text++) {
         if (*text == '"' || *text == '\\')
@@ -28,9 +26,8 @@ static void put_quoted(struct velda_registry *registry, const char *text)
     put_text(registry, "\"");
 }
 
-static void put_date(struct velda_registry *registry)
-{
-    const struct velda_settings *settings = &registry->settings;
+static void put_date(struct velda_registry* registry) {
+    const struct velda_settings* settings = &registry->settings;
     const long long seconds =
         settings->date_form == VELDA_DATE_SECONDS ? settings->date_seconds : registry->test.seconds;
 
@@ -44,9 +41,8 @@ static void put_date(struct velda_registry *registry)
 }
 
 /* Puts the lines that begin the test, once. */
-static void begin_test(struct velda_registry *registry)
-{
-    const struct velda_test *test = &registry->test;
+static void begin_test(struct velda_registry* registry) {
+    const struct velda_test* test = &registry->test;
 
     if (registry->test_begun)
         return;
@@ -72,9 +68,9 @@ static void begin_test(struct velda_registry *registry)
 }
 
 /* Puts the lines that begin a part, unless it is the part under way. */
-static void begin_part(struct velda_registry *registry, const struct velda_section *section)
-{
-    if (registry->part_begun && registry->part_key == section->key && registry->part_checksum == section->checksum)
+static void begin_part(struct velda_registry* registry, const struct velda_section* section) {
+    if (registry->part_begun && registry->part_key == section->key &&
+        registry->part_checksum == section->checksum)
         return;
     begin_test(registry);
     velda_put_line(&registry->file, "FT", section->key);
@@ -84,9 +80,8 @@ static void begin_part(struct velda_registry *registry, const struct velda_secti
     registry->part_begun = 1;
 }
 
-static void put_hit(struct velda_registry *registry, enum velda_keyword keyword, unsigned int identifier,
-                    unsigned int count)
-{
+static void put_hit(struct velda_registry* registry, enum velda_keyword keyword, unsigned int identifier,
+                    unsigned int count) {
     if (registry->settings.counted)
         velda_put_counted_line(&registry->file, keywords[keyword], identifier, count);
     else
@@ -96,8 +91,7 @@ static void put_hit(struct velda_registry *registry, enum velda_keyword keyword,
 /* --- Counters --- */
 
 /* Works out the formula at *word and moves *word behind it. A sum below 0 is 0, a sum above 32 bits the largest. */
-static unsigned int formula_value(const unsigned int **word, const velda_count *counters)
-{
+static unsigned int formula_value(const unsigned int** word, const velda_count* counters) {
     velda_count sum = 0;
     unsigned int term;
 
@@ -117,10 +111,9 @@ static unsigned int formula_value(const unsigned int **word, const velda_count *
     return sum > 0xFFFFFFFFu ? 0xFFFFFFFFu : (unsigned int)sum;
 }
 
-static void put_section(struct velda_registry *registry, const struct velda_section *section,
-                        const velda_count *counters)
-{
-    const unsigned int *word = section->formulas;
+static void put_section(struct velda_registry* registry, const struct velda_section* section,
+                        const velda_count* counters) {
+    const unsigned int* word = section->formulas;
     unsigned int keyword;
     unsigned int item;
 
@@ -135,14 +128,12 @@ static void put_section(struct velda_registry *registry, const struct velda_sect
         }
 }
 
-static int counts(const struct velda_unit *unit)
-{
+static int counts(const struct velda_unit* unit) {
     return unit->version == VELDA_ABI_VERSION && unit->counter_count > 0;
 }
 
-static void put_counters(struct velda_registry *registry)
-{
-    const struct velda_unit *unit;
+static void put_counters(struct velda_registry* registry) {
+    const struct velda_unit* unit;
     unsigned int i;
 
     for (unit = registry->units; unit != NULL; unit = unit->next)
@@ -152,9 +143,8 @@ static void put_counters(struct velda_registry *registry)
                     put_section(registry, &unit->sections[i], unit->counters);
 }
 
-static void clear_counters(struct velda_registry *registry)
-{
-    const struct velda_unit *unit;
+static void clear_counters(struct velda_registry* registry) {
+    const struct velda_unit* unit;
 
     for (unit = registry->units; unit != NULL; unit = unit->next)
         if (counts(unit))
@@ -164,8 +154,7 @@ static void clear_counters(struct velda_registry *registry)
 /* --- Hits in their order --- */
 
 /* Turns the hits that are kept into text. Signal handlers are kept out: they may hit, too. */
-static void put_hits(struct velda_registry *registry)
-{
+static void put_hits(struct velda_registry* registry) {
     sigset_t all;
     sigset_t mask;
     unsigned int count;
@@ -187,13 +176,12 @@ static void put_hits(struct velda_registry *registry)
     sigprocmask(SIG_SETMASK, &mask, NULL);
 }
 
-static struct velda_registry *registry_in_use(void);
+static struct velda_registry* registry_in_use(void);
 
 /* A signal handler that hits takes the places behind the one that is being filled; one that jumps out leaves an empty
    place. When the places are used up, whoever notices first turns them into text. */
-void veldacc_hit(const struct velda_section *section, unsigned int item)
-{
-    struct velda_registry *registry = velda_this_copy.at;
+void veldacc_hit(const struct velda_section* section, unsigned int item) {
+    struct velda_registry* registry = velda_this_copy.at;
     unsigned int place;
 
     if (registry == NULL)
@@ -208,17 +196,15 @@ void veldacc_hit(const struct velda_section *section, unsigned int item)
 
 /* --- The trace --- */
 
-static void put_rest(void *argument)
-{
-    struct velda_registry *registry = argument;
+static void put_rest(void* argument) {
+    struct velda_registry* registry = argument;
 
     put_counters(registry);
     if (!registry->any_test)
         begin_test(registry);
 }
 
-static void write_trace(struct velda_registry *registry)
-{
+static void write_trace(struct velda_registry* registry) {
     if (registry->closed)
         return;
     put_hits(registry);
@@ -227,9 +213,8 @@ static void write_trace(struct velda_registry *registry)
     velda_finish_file(&registry->file);
 }
 
-void veldacc_write(void)
-{
-    struct velda_registry *registry = registry_in_use();
+void veldacc_write(void) {
+    struct velda_registry* registry = registry_in_use();
     int test_begun;
     int any_test;
 
@@ -244,9 +229,8 @@ void veldacc_write(void)
     registry->part_begun = 0;
 }
 
-void veldacc_begin_test(const char *name, int number, int service)
-{
-    struct velda_registry *registry = registry_in_use();
+void veldacc_begin_test(const char* name, int number, int service) {
+    struct velda_registry* registry = registry_in_use();
 
     if (registry->closed)
         return;
@@ -260,15 +244,13 @@ void veldacc_begin_test(const char *name, int number, int service)
 
 /* --- Copies of the library --- */
 
-static void end_at_quick_exit(void)
-{
+static void end_at_quick_exit(void) {
     write_trace(velda_this_copy.at);
 }
 
 /* What the parent hit is the parent's; the child goes on with the same test, in a trace of its own. */
-static void begin_child(void)
-{
-    struct velda_registry *registry = velda_this_copy.at;
+static void begin_child(void) {
+    struct velda_registry* registry = velda_this_copy.at;
 
     if (registry == NULL)
         return;
@@ -281,10 +263,9 @@ static void begin_child(void)
     velda_forget_file(&registry->file);
 }
 
-static struct velda_registry *registry_in_use(void)
-{
-    struct velda_copy *const this_copy = &velda_this_copy;
-    struct velda_copy *first;
+static struct velda_registry* registry_in_use(void) {
+    struct velda_copy* const this_copy = &velda_this_copy;
+    struct velda_copy* first;
 
     if (this_copy->at != NULL)
         return this_copy->at;
@@ -307,11 +288,10 @@ static struct velda_registry *registry_in_use(void)
 }
 
 /* This copy is going to be unloaded. If it owns the registry, another copy takes it over. */
-static void leave_copies(void)
-{
-    struct velda_copy *const this_copy = &velda_this_copy;
-    struct velda_copy **link = this_copy->first;
-    struct velda_copy *other;
+static void leave_copies(void) {
+    struct velda_copy* const this_copy = &velda_this_copy;
+    struct velda_copy** link = this_copy->first;
+    struct velda_copy* other;
 
     while (*link != this_copy)
         link = &(*link)->next;
@@ -329,8 +309,7 @@ static void leave_copies(void)
 
 /* --- Units --- */
 
-static int same_sections(const struct velda_unit *a, const struct velda_unit *b)
-{
+static int same_sections(const struct velda_unit* a, const struct velda_unit* b) {
     unsigned int i;
 
     if (a->section_count != b->section_count || a->counter_count != b->counter_count)
@@ -348,25 +327,24 @@ static int same_sections(const struct velda_unit *a, const struct velda_unit *b)
 }
 
 /* A copy of the unit in one piece of memory, without counts; null if there is no memory. */
-static struct velda_unit *copy_unit(const struct velda_unit *unit)
-{
+static struct velda_unit* copy_unit(const struct velda_unit* unit) {
     size_t words = 0;
     unsigned int i;
-    struct velda_unit *copy;
-    velda_count *counters;
-    struct velda_section *sections;
-    unsigned int *formulas;
+    struct velda_unit* copy;
+    velda_count* counters;
+    struct velda_section* sections;
+    unsigned int* formulas;
 
     for (i = 0; i < unit->section_count; i++)
         words += unit->sections[i].formula_words;
-    copy = calloc(1, sizeof *copy + unit->counter_count * sizeof *counters + unit->section_count * sizeof *sections +
-                         words * sizeof *formulas);
+    copy = calloc(1, sizeof *copy + unit->counter_count * sizeof *counters +
+                         unit->section_count * sizeof *sections + words * sizeof *formulas);
     if (copy == NULL)
         return NULL;
     *copy = *unit;
-    counters = (velda_count *)(void *)(copy + 1);
-    sections = (struct velda_section *)(void *)(counters + unit->counter_count);
-    formulas = (unsigned int *)(void *)(sections + unit->section_count);
+    counters = (velda_count*)(void*)(copy + 1);
+    sections = (struct velda_section*)(void*)(counters + unit->counter_count);
+    formulas = (unsigned int*)(void*)(sections + unit->section_count);
     memcpy(sections, unit->sections, unit->section_count * sizeof *sections);
     for (i = 0; i < unit->section_count; i++) {
         if (sections[i].formulas == NULL)
@@ -381,9 +359,8 @@ static struct velda_unit *copy_unit(const struct velda_unit *unit)
 }
 
 /* Keeps the counts of a unit that has left and is going to be unloaded; all loads of one library share one copy. */
-static void keep_counts(struct velda_registry *registry, const struct velda_unit *unit)
-{
-    struct velda_unit *kept = registry->units;
+static void keep_counts(struct velda_registry* registry, const struct velda_unit* unit) {
+    struct velda_unit* kept = registry->units;
     unsigned int i;
 
     while (kept != NULL && !(kept->version == VELDA_ABI_VERSION && same_sections(kept, unit)))
@@ -401,10 +378,10 @@ static void keep_counts(struct velda_registry *registry, const struct velda_unit
         kept->counters[i] += unit->counters[i];
 }
 
-static void join(struct velda_registry *registry, struct velda_unit *unit)
-{
+static void join(struct velda_registry* registry, struct velda_unit* unit) {
     if (unit->version != VELDA_ABI_VERSION) {
-        velda_warn("an object was made by another version of veldacc, its hits are lost: compile it again", NULL, 0);
+        velda_warn("an object was made by another version of veldacc, its hits are lost: compile it again",
+                   NULL, 0);
         begin_test(registry);
         velda_put_line(&registry->file, "EI", 0x20);
     }
@@ -414,9 +391,8 @@ static void join(struct velda_registry *registry, struct velda_unit *unit)
     velda_this_copy.joined++;
 }
 
-static void take_out(struct velda_registry *registry, const struct velda_unit *unit)
-{
-    struct velda_unit **link = &registry->units;
+static void take_out(struct velda_registry* registry, const struct velda_unit* unit) {
+    struct velda_unit** link = &registry->units;
 
     while (*link != NULL && *link != unit)
         link = &(*link)->next;
@@ -426,8 +402,7 @@ static void take_out(struct velda_registry *registry, const struct velda_unit *u
 
 /* A unit of the program leaves when the program ends; its memory, and that of libraries that end after it, stays. A unit
    of a library may be about to be unloaded. */
-static void leave(struct velda_registry *registry, struct velda_unit *unit)
-{
+static void leave(struct velda_registry* registry, struct velda_unit* unit) {
     if (velda_this_copy.in_program)
         registry->program_ends = 1;
     registry->joined--;
@@ -444,9 +419,8 @@ static void leave(struct velda_registry *registry, struct velda_unit *unit)
         leave_copies();
 }
 
-void veldacc_has_to_link_this_program_too(struct velda_unit *unit, int joins)
-{
-    struct velda_registry *registry = registry_in_use();
+void veldacc_has_to_link_this_program_too(struct velda_unit* unit, int joins) {
+    struct velda_registry* registry = registry_in_use();
 
     if (joins)
         join(registry, unit);

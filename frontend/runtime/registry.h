@@ -13,43 +13,43 @@
 
 /* A hit of an --ordered build, before it becomes text. */
 struct velda_hit {
-    const struct velda_section *section;     /* null: nothing here */
+    const struct velda_section* section; /* null: nothing here */
     unsigned int item;
 };
 
 enum { VELDA_HITS = 8192 };
 
 struct velda_registry {
-    struct velda_unit *units;                /* those that have joined and not left, and copies of unloaded ones */
-    unsigned int joined;                     /* how many of them have joined and not left */
-    int program_ends;                        /* units leave because the program ends: they stay where they are in memory */
-    int closed;                              /* the trace is written; nothing counts any more */
+    struct velda_unit* units; /* those that have joined and not left, and copies of unloaded ones */
+    unsigned int joined;      /* how many of them have joined and not left */
+    int program_ends;         /* units leave because the program ends: they stay where they are in memory */
+    int closed;               /* the trace is written; nothing counts any more */
     struct velda_settings settings;
-    struct velda_test test;                  /* the test under way */
-    int test_begun;                          /* its NT line has been put */
-    int any_test;                            /* the NT line of some test has been put */
-    unsigned int part_key;                   /* of the FT line put last, while part_begun */
+    struct velda_test test; /* the test under way */
+    int test_begun;         /* its NT line has been put */
+    int any_test;           /* the NT line of some test has been put */
+    unsigned int part_key;  /* of the FT line put last, while part_begun */
     unsigned int part_checksum;
     int part_begun;
-    unsigned int hit_count;                  /* may run past VELDA_HITS for a moment, see veldacc_hit */
+    unsigned int hit_count; /* may run past VELDA_HITS for a moment, see veldacc_hit */
     struct velda_hit hits[VELDA_HITS];
     struct velda_trace_file file;
 };
 
 /* One for each file that the library is linked into. */
 struct velda_copy {
-    struct velda_registry *at;               /* the registry in use; null before the first use */
-    struct velda_copy *next;                 /* of those that use the same registry, this one among them */
-    struct velda_copy **first;               /* where their list begins */
-    struct velda_copy *list;                 /* the list, in the copy that owns the registry */
-    unsigned int joined;                     /* units that joined through this copy */
-    int in_program;                          /* linked into the program itself, not into a shared library */
+    struct velda_registry* at; /* the registry in use; null before the first use */
+    struct velda_copy* next;   /* of those that use the same registry, this one among them */
+    struct velda_copy** first; /* where their list begins */
+    struct velda_copy* list;   /* the list, in the copy that owns the registry */
+    unsigned int joined;       /* units that joined through this copy */
+    int in_program;            /* linked into the program itself, not into a shared library */
     struct velda_registry own;
 };
 
 VELDA_INTERNAL extern struct velda_copy velda_this_copy;
 
 /* The copy that was there first, or null; sets velda_this_copy.in_program. */
-VELDA_INTERNAL struct velda_copy *velda_find_first_copy(void);
+VELDA_INTERNAL struct velda_copy* velda_find_first_copy(void);
 
 #endif

@@ -11,12 +11,11 @@
 enum { LARGEST_NUMBER = 2147483647 };
 
 #if defined(__linux__)
-extern char *program_invocation_short_name __attribute__((weak));
+extern char* program_invocation_short_name __attribute__((weak));
 #endif
 
 /* Copies what fits. A line end would end the line of the trace. */
-static void copy_text(char *out, unsigned int size, const char *text)
-{
+static void copy_text(char* out, unsigned int size, const char* text) {
     unsigned int i;
 
     for (i = 0; i + 1 < size && text[i] != '\0'; i++)
@@ -24,8 +23,7 @@ static void copy_text(char *out, unsigned int size, const char *text)
     out[i] = '\0';
 }
 
-static void copy_line(char *out, unsigned int size, const char *text)
-{
+static void copy_line(char* out, unsigned int size, const char* text) {
     copy_text(out, size, text);
     for (; *out != '\0'; out++)
         if (*out == '\n' || *out == '\r')
@@ -33,8 +31,7 @@ static void copy_line(char *out, unsigned int size, const char *text)
 }
 
 /* A number of digits only, up to the largest that a trace may have; VELDA_NO_NUMBER if the text is something else. */
-static int plain_number(const char *text)
-{
+static int plain_number(const char* text) {
     long long number = 0;
 
     if (*text == '\0')
@@ -49,9 +46,8 @@ static int plain_number(const char *text)
     return (int)number;
 }
 
-static int read_number(const char *variable)
-{
-    const char *text = getenv(variable);
+static int read_number(const char* variable) {
+    const char* text = getenv(variable);
     int number;
 
     if (text == NULL || *text == '\0')
@@ -62,18 +58,16 @@ static int read_number(const char *variable)
     return number;
 }
 
-static void read_mode(struct velda_settings *settings)
-{
-    const char *mode = getenv("VELDA_MODE");
+static void read_mode(struct velda_settings* settings) {
+    const char* mode = getenv("VELDA_MODE");
 
     settings->counted = mode != NULL && strcmp(mode, "counted") == 0;
     if (mode != NULL && *mode != '\0' && !settings->counted && strcmp(mode, "plain") != 0)
         velda_warn("VELDA_MODE is plain or counted, taken as plain:", mode, 0);
 }
 
-static void read_date(struct velda_settings *settings)
-{
-    const char *date = getenv("VELDA_DATE");
+static void read_date(struct velda_settings* settings) {
+    const char* date = getenv("VELDA_DATE");
     int seconds;
 
     settings->date_form = VELDA_DATE_OF_BEGIN;
@@ -95,9 +89,8 @@ static void read_date(struct velda_settings *settings)
 
 /* Puts the directory that the program starts in, and a slash, at the front of the pattern. Its percent signs are none of
    the pattern's: doubled. Gives the length; 0 if it does not fit or is not known, and names start where the program is. */
-static unsigned int put_directory(char *pattern, unsigned int size)
-{
-    char *directory = pattern + size / 2;
+static unsigned int put_directory(char* pattern, unsigned int size) {
+    char* directory = pattern + size / 2;
     unsigned int length = 0;
 
     if (getcwd(directory, size / 2) == NULL)
@@ -115,9 +108,8 @@ static unsigned int put_directory(char *pattern, unsigned int size)
 }
 
 /* The directory belongs to the name: programs change theirs. */
-static void read_pattern(char *pattern, unsigned int size)
-{
-    const char *given = getenv("VELDA_TIO");
+static void read_pattern(char* pattern, unsigned int size) {
+    const char* given = getenv("VELDA_TIO");
     unsigned int length = 0;
 
     pattern[0] = '\0';
@@ -135,18 +127,16 @@ static void read_pattern(char *pattern, unsigned int size)
     }
 }
 
-void velda_name_test(struct velda_test *test, const char *name, int number, int service)
-{
+void velda_name_test(struct velda_test* test, const char* name, int number, int service) {
     copy_line(test->name, sizeof test->name, name ? name : "");
     test->number = number < 0 ? VELDA_NO_NUMBER : number;
     test->service = service < 0 || number < 0 ? VELDA_NO_NUMBER : service;
     test->seconds = (long long)time(NULL);
 }
 
-void velda_read_settings(struct velda_settings *settings, struct velda_test *test, char *program,
-                         unsigned int program_size, char *pattern, unsigned int pattern_size)
-{
-    const char *name = getenv("VELDA_TEST");
+void velda_read_settings(struct velda_settings* settings, struct velda_test* test, char* program,
+                         unsigned int program_size, char* pattern, unsigned int pattern_size) {
+    const char* name = getenv("VELDA_TEST");
     int number = read_number("VELDA_TESTNO");
     int service = read_number("VELDA_SERVICE");
 

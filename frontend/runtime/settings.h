@@ -17,10 +17,10 @@
 enum { VELDA_NAME_SIZE = 1024, VELDA_DATE_SIZE = 128, VELDA_NO_NUMBER = -1 };
 
 struct velda_test {
-    char name[VELDA_NAME_SIZE];              /* empty: none; what does not fit is cut off */
-    int number;                              /* VELDA_NO_NUMBER: none */
+    char name[VELDA_NAME_SIZE]; /* empty: none; what does not fit is cut off */
+    int number;                 /* VELDA_NO_NUMBER: none */
     int service;
-    long long seconds;                       /* when it began */
+    long long seconds; /* when it began */
 };
 
 enum velda_date_form { VELDA_DATE_OF_BEGIN, VELDA_DATE_SECONDS, VELDA_DATE_TEXT, VELDA_DATE_NONE };
@@ -34,10 +34,11 @@ struct velda_settings {
 
 /* Fills all of it. `program` is %e, `pattern` the name of traces with the directory in front of it; both of the size
    given. */
-VELDA_INTERNAL void velda_read_settings(struct velda_settings *settings, struct velda_test *test, char *program,
-                                        unsigned int program_size, char *pattern, unsigned int pattern_size);
+VELDA_INTERNAL void velda_read_settings(struct velda_settings* settings, struct velda_test* test,
+                                        char* program, unsigned int program_size, char* pattern,
+                                        unsigned int pattern_size);
 
 /* A test that begins now. Name null: none; numbers below 0: none. */
-VELDA_INTERNAL void velda_name_test(struct velda_test *test, const char *name, int number, int service);
+VELDA_INTERNAL void velda_name_test(struct velda_test* test, const char* name, int number, int service);
 
 #endif

@@ -21,8 +21,7 @@ struct quiet {
     struct sigaction no_reader;
 };
 
-static void begin_quiet(struct quiet *quiet)
-{
+static void begin_quiet(struct quiet* quiet) {
     sigset_t all;
     struct sigaction ignore;
 
@@ -35,8 +34,7 @@ static void begin_quiet(struct quiet *quiet)
     sigaction(SIGPIPE, &ignore, &quiet->no_reader);
 }
 
-static void end_quiet(const struct quiet *quiet)
-{
+static void end_quiet(const struct quiet* quiet) {
     sigaction(SIGXFSZ, &quiet->too_long, NULL);
     sigaction(SIGPIPE, &quiet->no_reader, NULL);
     sigprocmask(SIG_SETMASK, &quiet->mask, NULL);
@@ -48,17 +46,25 @@ static void end_quiet(const struct quiet *quiet)
 /* Not strerror: it may translate, and so allocate and read files, in the middle of the program. */
 static const struct {
     int error;
-    const char *text;
+    const char* text;
 } reasons[] = {
-    {ENOSPC, "No space left on device"}, {EDQUOT, "Disk quota exceeded"},        {EFBIG, "File too large"},
-    {EACCES, "Permission denied"},       {EPERM, "Operation not permitted"},     {EROFS, "Read-only file system"},
-    {ENOENT, "No such file or directory"}, {ENOTDIR, "Not a directory"},         {EMFILE, "Too many open files"},
-    {ENFILE, "Too many open files in system"}, {ENAMETOOLONG, "File name too long"}, {EIO, "Input/output error"},
-    {EEXIST, "File exists"},             {ELOOP, "Too many levels of symbolic links"},
+    {ENOSPC, "No space left on device"},
+    {EDQUOT, "Disk quota exceeded"},
+    {EFBIG, "File too large"},
+    {EACCES, "Permission denied"},
+    {EPERM, "Operation not permitted"},
+    {EROFS, "Read-only file system"},
+    {ENOENT, "No such file or directory"},
+    {ENOTDIR, "Not a directory"},
+    {EMFILE, "Too many open files"},
+    {ENFILE, "Too many open files in system"},
+    {ENAMETOOLONG, "File name too long"},
+    {EIO, "Input/output error"},
+    {EEXIST, "File exists"},
+    {ELOOP, "Too many levels of symbolic links"},
 };
 
-static const char *reason(int error)
-{
+static const char* reason(int error) {
     size_t i;
 
     for (i = 0; i < sizeof reasons / sizeof reasons[0]; i++)
@@ -67,11 +73,10 @@ static const char *reason(int error)
     return "the system refused";
 }
 
-static struct iovec piece(const char *text)
-{
+static struct iovec piece(const char* text) {
     union {
-        const char *given;
-        void *wanted;
+        const char* given;
+        void* wanted;
     } both;
     struct iovec io;
 
@@ -81,8 +86,7 @@ static struct iovec piece(const char *text)
     return io;
 }
 
-void velda_warn(const char *what, const char *name, int error)
-{
+void velda_warn(const char* what, const char* name, int error) {
     struct quiet quiet;
     struct iovec parts[7];
     ssize_t written;
@@ -102,9 +106,8 @@ void velda_warn(const char *what, const char *name, int error)
 
 /* --- Names --- */
 
-static char *decimal(char out[DECIMAL_SIZE], unsigned long number)
-{
-    char *at = out + DECIMAL_SIZE - 1;
+static char* decimal(char out[DECIMAL_SIZE], unsigned long number) {
+    char* at = out + DECIMAL_SIZE - 1;
 
     *at = '\0';
     do {
@@ -116,13 +119,12 @@ static char *decimal(char out[DECIMAL_SIZE], unsigned long number)
 
 /* A text under construction that remembers whether it fitted. */
 struct path {
-    char *text;
+    char* text;
     size_t length;
     int too_long;
 };
 
-static void add_bytes(struct path *path, const char *bytes, size_t length)
-{
+static void add_bytes(struct path* path, const char* bytes, size_t length) {
     if (path->length + length >= VELDA_PATH_SIZE) {
         path->too_long = 1;
         return;
@@ -132,25 +134,22 @@ static void add_bytes(struct path *path, const char *bytes, size_t length)
     path->text[path->length] = '\0';
 }
 
-static void add_text(struct path *path, const char *text)
-{
+static void add_text(struct path* path, const char* text) {
     add_bytes(path, text, strlen(text));
 }
 
-static void add_number(struct path *path, unsigned long number)
-{
+static void add_number(struct path* path, unsigned long number) {
     char digits[DECIMAL_SIZE];
 
     add_text(path, decimal(digits, number));
 }
 
 /* The pattern's name, with -suffix before its extension unless suffix is 0. */
-static int trace_name(const struct velda_trace_file *file, unsigned long suffix, char out[VELDA_PATH_SIZE])
-{
+static int trace_name(const struct velda_trace_file* file, unsigned long suffix, char out[VELDA_PATH_SIZE]) {
     struct path path = {out, 0, 0};
-    const char *slash = strrchr(file->pattern, '/');
-    const char *dot = strrchr(slash ? slash + 1 : file->pattern, '.');
-    const char *at;
+    const char* slash = strrchr(file->pattern, '/');
+    const char* dot = strrchr(slash ? slash + 1 : file->pattern, '.');
+    const char* at;
 
     out[0] = '\0';
     for (at = file->pattern; *at != '\0'; at++) {
@@ -175,8 +174,7 @@ static int trace_name(const struct velda_trace_file *file, unsigned long suffix,
 }
 
 /* Creates a temporary file beside the trace; its name is in file->temporary. Gives a descriptor, or -1 and errno. */
-static int create_temporary(struct velda_trace_file *file)
-{
+static int create_temporary(struct velda_trace_file* file) {
     unsigned long attempt;
 
     for (attempt = 0; attempt <= HIGHEST_SUFFIX; attempt++) {
@@ -205,8 +203,7 @@ static int create_temporary(struct velda_trace_file *file)
 
 /* Gives the temporary file the name, unless it is taken. A link does that in one step; where there are no links, the
    name is taken first. Gives 0 or the error. */
-static int take_name(const char *temporary, const char *name)
-{
+static int take_name(const char* temporary, const char* name) {
     int descriptor;
 
     if (link(temporary, name) == 0) {
@@ -225,8 +222,7 @@ static int take_name(const char *temporary, const char *name)
     return errno;
 }
 
-static int install(struct velda_trace_file *file)
-{
+static int install(struct velda_trace_file* file) {
     unsigned long suffix;
     int error = EEXIST;
 
@@ -244,8 +240,7 @@ static int install(struct velda_trace_file *file)
 
 /* --- Text --- */
 
-static void give_up(struct velda_trace_file *file, int error)
-{
+static void give_up(struct velda_trace_file* file, int error) {
     char name[VELDA_PATH_SIZE];
 
     file->failed = 1;
@@ -257,8 +252,7 @@ static void give_up(struct velda_trace_file *file, int error)
     velda_warn("cannot write trace", name, error);
 }
 
-static int write_all(int descriptor, const char *text, size_t length)
-{
+static int write_all(int descriptor, const char* text, size_t length) {
     while (length > 0) {
         ssize_t written = write(descriptor, text, length);
 
@@ -273,8 +267,7 @@ static int write_all(int descriptor, const char *text, size_t length)
 }
 
 /* Appends the text to the temporary file, which is made first if there is none. Gives 0 or the error. */
-static int append_text(struct velda_trace_file *file)
-{
+static int append_text(struct velda_trace_file* file) {
     int descriptor = file->temporary[0] == '\0' ? create_temporary(file)
                                                 : open(file->temporary, O_WRONLY | O_APPEND | O_CLOEXEC);
     int error;
@@ -291,8 +284,7 @@ static int append_text(struct velda_trace_file *file)
     return error;
 }
 
-static void flush(struct velda_trace_file *file)
-{
+static void flush(struct velda_trace_file* file) {
     struct quiet quiet;
     int error;
 
@@ -307,8 +299,7 @@ static void flush(struct velda_trace_file *file)
     end_quiet(&quiet);
 }
 
-void velda_put(struct velda_trace_file *file, const char *text, unsigned int length)
-{
+void velda_put(struct velda_trace_file* file, const char* text, unsigned int length) {
     while (length > 0) {
         unsigned int part = VELDA_TEXT_SIZE - file->used;
 
@@ -323,8 +314,7 @@ void velda_put(struct velda_trace_file *file, const char *text, unsigned int len
     }
 }
 
-static char *number_text(char *at, unsigned int number)
-{
+static char* number_text(char* at, unsigned int number) {
     do {
         *at++ = "0123456789abcdef"[number & 15];
         number >>= 4;
@@ -332,27 +322,25 @@ static char *number_text(char *at, unsigned int number)
     return at;
 }
 
-static char *line_start(char *at, const char *keyword, unsigned int number)
-{
+static char* line_start(char* at, const char* keyword, unsigned int number) {
     *at++ = keyword[0];
     *at++ = keyword[1];
     *at++ = ' ';
     return number_text(at, number);
 }
 
-void velda_put_line(struct velda_trace_file *file, const char *keyword, unsigned int number)
-{
+void velda_put_line(struct velda_trace_file* file, const char* keyword, unsigned int number) {
     char line[16];
-    char *at = line_start(line, keyword, number);
+    char* at = line_start(line, keyword, number);
 
     *at++ = '\n';
     velda_put(file, line, (unsigned int)(at - line));
 }
 
-void velda_put_counted_line(struct velda_trace_file *file, const char *keyword, unsigned int number, unsigned int count)
-{
+void velda_put_counted_line(struct velda_trace_file* file, const char* keyword, unsigned int number,
+                            unsigned int count) {
     char line[24];
-    char *at = line_start(line, keyword, number);
+    char* at = line_start(line, keyword, number);
 
     *at++ = ' ';
     at = number_text(at, count);
@@ -360,8 +348,7 @@ void velda_put_counted_line(struct velda_trace_file *file, const char *keyword, 
     velda_put(file, line, (unsigned int)(at - line));
 }
 
-void velda_put_number(struct velda_trace_file *file, unsigned int number)
-{
+void velda_put_number(struct velda_trace_file* file, unsigned int number) {
     char digits[8];
 
     velda_put(file, digits, (unsigned int)(number_text(digits, number) - digits));
@@ -369,8 +356,7 @@ void velda_put_number(struct velda_trace_file *file, unsigned int number)
 
 /* --- The whole --- */
 
-void velda_finish_file(struct velda_trace_file *file)
-{
+void velda_finish_file(struct velda_trace_file* file) {
     struct quiet quiet;
     int error;
 
@@ -387,8 +373,7 @@ void velda_finish_file(struct velda_trace_file *file)
 }
 
 /* Text is empty: it serves as the buffer. */
-static void copy_file(struct velda_trace_file *file, const char *from)
-{
+static void copy_file(struct velda_trace_file* file, const char* from) {
     int descriptor = open(from, O_RDONLY | O_CLOEXEC);
     ssize_t got = 0;
 
@@ -410,8 +395,7 @@ static void copy_file(struct velda_trace_file *file, const char *from)
     close(descriptor);
 }
 
-void velda_publish_copy(struct velda_trace_file *file, void (*rest)(void *), void *argument)
-{
+void velda_publish_copy(struct velda_trace_file* file, void (*rest)(void*), void* argument) {
     struct quiet quiet;
     char kept[VELDA_PATH_SIZE];
 
@@ -434,8 +418,7 @@ void velda_publish_copy(struct velda_trace_file *file, void (*rest)(void *), voi
     end_quiet(&quiet);
 }
 
-void velda_forget_file(struct velda_trace_file *file)
-{
+void velda_forget_file(struct velda_trace_file* file) {
     file->temporary[0] = '\0';
     file->name[0] = '\0';
     file->used = 0;

@@ -22,13 +22,13 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
-extern void veldacc_begin_test(const char *name, int number, int service) __attribute__((weak));
+extern void veldacc_begin_test(const char* name, int number, int service) __attribute__((weak));
 extern void veldacc_write(void) __attribute__((weak));
 #ifdef __cplusplus
 }
 #endif
 
-#define velda_begin_test(name, number, service)                                                                        \
+#define velda_begin_test(name, number, service)                                                              \
     (veldacc_begin_test ? veldacc_begin_test((name), (number), (service)) : (void)0)
 #define velda_write() (veldacc_write ? veldacc_write() : (void)0)
 

@@ -17,7 +17,7 @@ enum { VELDA_TERM_MORE = 1, VELDA_TERM_MINUS = 2, VELDA_TERM_COUNTER = 4 };
 #define VELDA_INTERNAL __attribute__((visibility("hidden")))
 
 /* What the macros of velda.h call; declared there as weak, for programs without this library. */
-VELDA_INTERNAL void veldacc_begin_test(const char *name, int number, int service);
+VELDA_INTERNAL void veldacc_begin_test(const char* name, int number, int service);
 VELDA_INTERNAL void veldacc_write(void);
 
 #endif
