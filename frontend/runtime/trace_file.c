@@ -10,7 +10,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-enum { HIGHEST_SUFFIX = 999999, DECIMAL_SIZE = 12 };
+enum { HIGHEST_SUFFIX = 999999, DECIMAL_SIZE = 12, LONGEST_LINE = 24 };
 
 /* What a write must not do to the program: run its signal handlers in the middle (one may jump out of here and hit
    again), or kill it for a file that gets too long or a reader of messages that is gone. */
@@ -329,23 +329,28 @@ static char* line_start(char* at, const char* keyword, unsigned int number) {
     return number_text(at, number);
 }
 
-void velda_put_line(struct velda_trace_file* file, const char* keyword, unsigned int number) {
-    char line[16];
-    char* at = line_start(line, keyword, number);
+/* Where a line can be written, with room for the longest one. */
+static char* line_room(struct velda_trace_file* file) {
+    if (file->used > VELDA_TEXT_SIZE - LONGEST_LINE)
+        flush(file);
+    return file->text + file->used;
+}
 
+static void end_line(struct velda_trace_file* file, char* at) {
     *at++ = '\n';
-    velda_put(file, line, (unsigned int)(at - line));
+    file->used = (unsigned int)(at - file->text);
+}
+
+void velda_put_line(struct velda_trace_file* file, const char* keyword, unsigned int number) {
+    end_line(file, line_start(line_room(file), keyword, number));
 }
 
 void velda_put_counted_line(struct velda_trace_file* file, const char* keyword, unsigned int number,
                             unsigned int count) {
-    char line[24];
-    char* at = line_start(line, keyword, number);
+    char* at = line_start(line_room(file), keyword, number);
 
     *at++ = ' ';
-    at = number_text(at, count);
-    *at++ = '\n';
-    velda_put(file, line, (unsigned int)(at - line));
+    end_line(file, number_text(at, count));
 }
 
 void velda_put_number(struct velda_trace_file* file, unsigned int number) {
