@@ -73,7 +73,7 @@ public:
     }
 
     Compiled go() {
-        Running checking(check(), redirected(checked_, checked_));
+        Running checking(check(), inside(checked_, checked_));
         const bool preprocessed = preprocess();
         const Outcome instrumentation = preprocessed ? instrument() : Outcome{.status = compileAsItIs};
         if (!checking.wait().succeeded()) {
@@ -187,15 +187,15 @@ private:
     }
 
     bool compileInstrumented() {
-        const Redirection redirection = wordy() ? redirected("", "") : redirected(noise_, said_);
+        const Redirection redirection = wordy() ? inside("", "") : inside(noise_, said_);
         return run(shown(compileCommand(line_, instrumented_, compilation_.object)), redirection).succeeded();
     }
 
     // The check has said what is to be said.
     Outcome compileOriginal() {
         const std::string log = file("original.log");
-        const Outcome outcome = run(shown(originalCommand(line_, compilation_.source, compilation_.object)),
-                                    redirected(log, log));
+        const Outcome outcome =
+            run(shown(originalCommand(line_, compilation_.source, compilation_.object)), inside(log, log));
         if (!outcome.succeeded()) {
             copyTo(stderr, log);
         }
@@ -227,7 +227,14 @@ private:
             .standardOutput = output, .standardError = error, .standardInput = compilation_.standardInput};
     }
 
-    [[nodiscard]] Redirection quiet() const { return redirected(noise_, noise_); }
+    // Of a step that the user does not know of.
+    [[nodiscard]] Redirection inside(const std::string& output, const std::string& error) const {
+        Redirection redirection = redirected(output, error);
+        redirection.ownDependencies = false;
+        return redirection;
+    }
+
+    [[nodiscard]] Redirection quiet() const { return inside(noise_, noise_); }
 
     const Compilation& compilation_;
     const CommandLine& line_;

@@ -338,6 +338,7 @@ private:
     }
 
     void noteDependency(const std::string& word) {
+        line_.oldDependencies = line_.oldDependencies || word.starts_with("-Wp,") || word == "-Xpreprocessor";
         line_.namedDependencies = line_.namedDependencies || word.starts_with("-MF");
         line_.namedTarget = line_.namedTarget || word.starts_with("-MT") || word.starts_with("-MQ");
         line_.dependencies =

@@ -64,6 +64,8 @@ struct CommandLine {
     bool choosesColour = false;   // of messages
     bool choosesLanguage = false; // -x
 
+    bool oldDependencies = false; // -Wp,-MD: they reach the preprocessor past the compiler
+
     [[nodiscard]] bool hasDependencyOptions() const;
     [[nodiscard]] std::vector<const Argument*> inputs() const;
     [[nodiscard]] std::vector<const Argument*> cSources() const;

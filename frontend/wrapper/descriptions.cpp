@@ -87,7 +87,7 @@ struct Place {
 Place placeOf(const Described& described, const std::string& directory) {
     Place place;
     place.directory = directory.empty() ? besideObject(described.object) : fs::path(directory);
-    place.stem = withoutSuffix(baseName(described.linked ? described.source : described.object));
+    place.stem = withoutSuffix(baseName(described.source));
     if (place.stem == "-") {
         place.stem = "stdin";
     }

@@ -6,6 +6,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -13,6 +15,7 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <string_view>
 #include <system_error>
 
 #include "interruption.h"
@@ -94,6 +97,22 @@ private:
     }
 };
 
+constexpr std::array<std::string_view, 2> dependencyVariables = {"DEPENDENCIES_OUTPUT=",
+                                                                 "SUNPRO_DEPENDENCIES="};
+
+std::vector<char*> environmentWithoutDependencies() {
+    std::vector<char*> variables;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        if (std::none_of(dependencyVariables.begin(), dependencyVariables.end(), [&](std::string_view name) {
+                return std::string_view(*variable).starts_with(name);
+            })) {
+            variables.push_back(*variable);
+        }
+    }
+    variables.push_back(nullptr);
+    return variables;
+}
+
 [[noreturn]] void failBecauseOf(int error, const std::string& program) {
     say(Message::CannotRun, {program, std::generic_category().message(error)});
     throw Failure{cannotRunStatus};
@@ -118,8 +137,13 @@ pid_t start(const Words& words, const Redirection& redirection) {
     }
     pid_t process = 0;
     const std::vector<char*> pointers = pointersTo(words);
+    std::vector<char*> variables;
+    if (!redirection.ownDependencies) {
+        variables = environmentWithoutDependencies();
+    }
+    char** const environment = variables.empty() ? environ : variables.data();
     const int error =
-        posix_spawnp(&process, words.front().c_str(), actions.get(), nullptr, pointers.data(), environ);
+        posix_spawnp(&process, words.front().c_str(), actions.get(), nullptr, pointers.data(), environment);
     if (error != 0) {
         failBecauseOf(error, words.front());
     }

@@ -25,6 +25,8 @@ struct Redirection {
     std::string standardOutput = {};
     std::string standardError = {}; // may name the same file
     std::string standardInput = "/dev/null";
+    bool ownDependencies =
+        true; // else without the variables by which compilers are told to write dependency files
 };
 
 // Starts a program, looked for in PATH, with the environment of this one. When it cannot be run, that is said and

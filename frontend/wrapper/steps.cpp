@@ -129,9 +129,8 @@ Words commonWords(const CommandLine& line, Step step) {
 
 Words textCommand(const CommandLine& line, const Argument& source, const std::string& object,
                   const std::string& output) {
-    // Of a call that links, too, the compiler itself has to make the names: see dependenciesCommand.
     CommandLine own = line;
-    if (line.product == Product::Program) {
+    if (needsDependenciesStep(line)) {
         std::erase_if(own.arguments, isDependencyOption);
         own.dependencies = false;
     }
@@ -176,13 +175,21 @@ Words compileCommand(const CommandLine& line, const std::string& text, const std
 }
 
 Words originalCommand(const CommandLine& line, const Argument& source, const std::string& object) {
-    Words words = commonWords(line, Step::Original);
+    CommandLine own = line;
+    if (line.product == Product::Program) {
+        std::erase_if(own.arguments, isDependencyOption);
+    }
+    Words words = commonWords(own, Step::Original);
     words.emplace_back(stageOf(line.product));
     if (!source.language.empty()) {
         append(words, {"-x", source.language});
     }
     append(words, {source.value, "-o", object});
     return words;
+}
+
+bool needsDependenciesStep(const CommandLine& line) {
+    return line.hasDependencyOptions() && (line.product == Product::Program || line.oldDependencies);
 }
 
 Words dependenciesCommand(const CommandLine& line, const Argument& source) {

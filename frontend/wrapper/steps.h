@@ -32,6 +32,9 @@ Words rewriteCommand(const CommandLine& line, const Argument& source, const std:
 Words checkCommand(const CommandLine& line, const Argument& source, const std::string& output);
 Words compileCommand(const CommandLine& line, const std::string& text, const std::string& object);
 Words originalCommand(const CommandLine& line, const Argument& source, const std::string& object);
+// Where the names in the dependency file are for the compiler to make: in a call that links, and with options that
+// pass it by.
+bool needsDependenciesStep(const CommandLine& line);
 Words dependenciesCommand(const CommandLine& line, const Argument& source);
 
 // The command line without the sources that have been compiled already.

@@ -127,7 +127,7 @@ private:
             return;
         }
         const bool linked = line_.product == Product::Program;
-        if (linked && line_.hasDependencyOptions()) {
+        if (needsDependenciesStep(line_)) {
             static_cast<void>(run(dependenciesCommand(line_, source)));
         }
         objects_.push_back(object);
