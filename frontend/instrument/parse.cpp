@@ -106,8 +106,8 @@ struct Action : clang::ASTFrontendAction {
     }
 
     void finish(clang::ASTContext& context) {
-        ParsedUnit unit{context, getCompilerInstance().getPreprocessor(), std::move(tokens), {},
-                        std::move(errors.errors), std::move(macroAt)};
+        ParsedUnit unit{context, getCompilerInstance().getPreprocessor(), std::move(tokens),
+                        llvm::DenseMap<unsigned, unsigned>(), std::move(errors.errors), std::move(macroAt)};
         unit.indexOfLocation.reserve(static_cast<unsigned>(unit.tokens.size()));
         for (unsigned i = 0; i < unit.tokens.size(); ++i)
             unit.indexOfLocation[unit.tokens[i].getLocation().getRawEncoding()] = i;
@@ -121,7 +121,7 @@ std::vector<std::string> makeArguments(const ParseOptions& options) {
     std::vector<std::string> arguments = {
         "-triple",      options.target.empty() ? llvm::sys::getDefaultTargetTriple() : options.target,
         "-fsyntax-only", "-x", "c", "-std=" + options.standard, "-undef", "-nostdsysteminc", "-nobuiltininc",
-        "-ferror-limit", "0", "-fbracket-depth", "100000", "-fgnuc-version=12.2.0", "-fno-spell-checking"};
+        "-ferror-limit", "0", "-fbracket-depth", "100000", "-fgnuc-version=12.2.0", "-fno-spell-checking", "-fno-caret-diagnostics"};
     arguments.insert(arguments.end(), lenient.begin(), lenient.end());
     for (const std::string& option : options.compilerOptions)
         if (std::find(passedOn.begin(), passedOn.end(), option) != passedOn.end())

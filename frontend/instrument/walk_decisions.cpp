@@ -20,25 +20,37 @@ using clang::Expr;
 constexpr std::size_t mostTerms = 16;       // of a formula that stands for a block
 constexpr std::size_t mostTableCells = 4096; // conditions times cases, to add outcomes up from cases
 
-// What a condition is looked at through: parentheses, conversions, __extension__, __builtin_expect.
-const Expr* lookThrough(const Expr* e) {
+// The x of __extension__ x and __builtin_expect(x, c); none for others.
+const Expr* wrappedValue(const Expr* e) {
+    if (const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(e))
+        return unary->getOpcode() == clang::UO_Extension ? unary->getSubExpr() : nullptr;
+    const auto* call = llvm::dyn_cast<clang::CallExpr>(e);
+    const clang::FunctionDecl* callee = call != nullptr ? call->getDirectCallee() : nullptr;
+    return callee != nullptr && callee->getIdentifier() != nullptr &&
+                   callee->getName().starts_with("__builtin_expect") && call->getNumArgs() >= 2
+               ? call->getArg(0)
+               : nullptr;
+}
+
+// A condition behind all that it is looked at through: what stands in the source, parentheses included, and the
+// operator or operand within them.
+struct Seen {
+    const Expr* written;
+    const Expr* core;
+};
+Seen see(const Expr* e) {
     for (;;) {
-        const Expr* inner = e->IgnoreParenImpCasts();
-        if (const auto* constant = llvm::dyn_cast<clang::ConstantExpr>(inner))
-            inner = constant->getSubExpr();
-        if (const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(inner);
-            unary != nullptr && unary->getOpcode() == clang::UO_Extension)
-            inner = unary->getSubExpr();
-        if (const auto* call = llvm::dyn_cast<clang::CallExpr>(inner))
-            if (const clang::FunctionDecl* callee = call->getDirectCallee())
-                if (callee->getIdentifier() != nullptr && callee->getName().starts_with("__builtin_expect") &&
-                    call->getNumArgs() >= 2)
-                    inner = call->getArg(0);
-        if (inner == e)
-            return e;
-        e = inner;
+        const Expr* core = e->IgnoreParenImpCasts();
+        while (const auto* constant = llvm::dyn_cast<clang::ConstantExpr>(core))
+            core = constant->getSubExpr()->IgnoreParenImpCasts();
+        const Expr* value = wrappedValue(core);
+        if (value == nullptr)
+            return {e, core};
+        e = value;
     }
 }
+
+const Expr* lookThrough(const Expr* e) { return see(e).core; }
 
 const clang::UnaryOperator* asNot(const Expr* e) {
     const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(e);
@@ -116,7 +128,8 @@ void FunctionWalk::buildTree(const Expr* root, DecisionTree& tree, std::vector<C
         if (index != 0)
             (now.isRight ? tree.nodes[now.parent].right : tree.nodes[now.parent].left) = index;
         tree.nodes.push_back({});
-        const Expr* e = lookThrough(now.expression);
+        const Seen seen = see(now.expression);
+        const Expr* e = seen.core;
         const bool logical = isLogical(e);
         const bool bitwise = !logical && isTruthOperator(e);
         if (const clang::UnaryOperator* negation = asNot(e)) {
@@ -132,7 +145,7 @@ void FunctionWalk::buildTree(const Expr* root, DecisionTree& tree, std::vector<C
             open.push_back({binary->getRHS(), index, true});
             open.push_back({binary->getLHS(), index, false});
         } else {
-            conditions.push_back({now.expression, constantValue(now.expression, context), 0, 0, {}});
+            conditions.push_back({seen.written, constantValue(seen.written, context), 0, 0, {}});
         }
     }
     tree.fullEvaluation = full.value_or(false);

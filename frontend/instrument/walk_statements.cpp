@@ -449,7 +449,7 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
         return;
     }
     const std::array item = {addProcedureItem(service, "return", linesOf(s))};
-    const std::uint32_t itemsBefore = target.section.formulas[3].size();
+    const std::size_t itemsBefore = target.section.formulas[3].size();
     // Set first, so that it stands outside of what is put around the value.
     const std::size_t place = edits.surroundings.size();
     surround(edits, first(s), last(s), {}, {});
@@ -457,7 +457,7 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
     const bool ordered = target.counters.way == Counting::Ordered;
     const bool decides = target.section.formulas[3].size() != itemsBefore;
     const bool valueFirst = value != nullptr && (mayLeave(value) || (ordered && decides));
-    const std::string hits = asStatement(reach(item)) + leaveAllLoops();
+    const std::string hits = leaveAllLoops() + asStatement(reach(item));
     here.reset();
     if (hits.empty())
         return;
