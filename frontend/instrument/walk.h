@@ -71,6 +71,9 @@ struct DecisionResult {
     std::optional<bool> constant; // the value of the whole
 };
 
+// Begins a statement expression that keeps the value of an expression in velda_v; bit-fields have no type of their own.
+std::string valueOpening(const clang::Expr* value);
+
 class FunctionWalk {
   public:
     FunctionWalk(const Unit& unit, Edits& edits, HitTarget& target, Service service, std::uint32_t instance);
@@ -95,7 +98,6 @@ class FunctionWalk {
     void switchStatement(const clang::SwitchStmt* s);
     void labels(const clang::Stmt* s);
     void returnStatement(const clang::ReturnStmt* s);
-    void returnWithValueFirst(const clang::ReturnStmt* s, const std::string& hits);
     void gotoStatement(const clang::GotoStmt* s);
     void computedGoto(const clang::IndirectGotoStmt* s);
     void fallThrough(const clang::AttributedStmt* s);

@@ -44,6 +44,11 @@ int countCalls(const clang::Stmt* e) {
 
 } // namespace
 
+std::string valueOpening(const clang::Expr* value) {
+    const bool isBitField = const_cast<clang::Expr*>(value)->getSourceBitField() != nullptr;
+    return std::string("__extension__({__auto_type velda_v=") + (isBitField ? "+" : "") + "(";
+}
+
 void FunctionWalk::fullExpression(const clang::Expr* e) {
     if (e == nullptr)
         return;
@@ -152,8 +157,7 @@ void FunctionWalk::binaryConditional(const clang::BinaryConditionalOperator* e) 
         const std::string whenTrue = hit(std::array{conditions[0].item});
         const std::string whenFalse = hit(std::array{next(conditions[0].item)});
         if (!whenTrue.empty())
-            surround(edits, first(value), last(value),
-                     std::string("__extension__({__auto_type velda_v=") + (value->refersToBitField() ? "+" : "") + "(",
+            surround(edits, first(value), tokenAt(value->getEndLoc(), value), valueOpening(value),
                      ");velda_v?(void)(" + whenTrue + "):(void)(" + whenFalse + ");velda_v;})");
         expression(conditions[0].expression);
     }

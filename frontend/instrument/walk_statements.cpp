@@ -441,18 +441,22 @@ void FunctionWalk::labels(const clang::Stmt* s) {
 void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
     const clang::Expr* value = s->getRetValue();
     if (!isDescribed(s->getReturnLoc())) {
+        // In the body of a system header's macro: not described, but it leaves loops.
+        const std::size_t around = surround(edits, first(s), last(s), {}, {});
         fullExpression(value);
-        const std::string leaving = leaveAllLoops();
-        if (!leaving.empty())
-            returnWithValueFirst(s, leaving);
+        if (const std::string leaving = leaveAllLoops(); !leaving.empty()) {
+            edits.surroundings[around].open = "{" + leaving;
+            edits.surroundings[around].close = "}";
+        }
         here.reset();
         return;
     }
     const std::array item = {addProcedureItem(service, "return", linesOf(s))};
     const std::size_t itemsBefore = target.section.formulas[3].size();
-    // Set first, so that it stands outside of what is put around the value.
-    const std::size_t place = edits.surroundings.size();
-    surround(edits, first(s), last(s), {}, {});
+    // Set first, so that they stand outside of what is put around the value.
+    const std::size_t around = surround(edits, first(s), last(s), {}, {});
+    const std::size_t aroundValue =
+        value == nullptr ? around : surround(edits, first(value), tokenAt(value->getEndLoc(), value), {}, {});
     fullExpression(value);
     const bool ordered = target.counters.way == Counting::Ordered;
     const bool decides = target.section.formulas[3].size() != itemsBefore;
@@ -461,27 +465,21 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
     here.reset();
     if (hits.empty())
         return;
-    if (valueFirst) {
-        Surrounding& around = edits.surroundings[place];
-        if (value->getType()->isVoidType()) {
-            edits.replacements.push_back({first(s), "{"});
-            around = {first(value), tokenAt(value->getEndLoc(), value), "(", ");" + hits + "return", false};
-            edits.behind.push_back({last(s), "}"});
-        } else {
-            around = {first(value), tokenAt(value->getEndLoc(), value),
-                      std::string("__extension__({__auto_type velda_v=") + (value->refersToBitField() ? "+" : "") + "(",
-                      ");" + hits + "velda_v;})", false};
-        }
+    const auto put = [&](std::size_t where, std::string open, std::string close) {
+        edits.surroundings[where].open = std::move(open);
+        edits.surroundings[where].close = std::move(close);
+    };
+    if (!valueFirst) {
+        put(around, "{" + hits, "}");
+    } else if (value->getType()->isVoidType()) {
+        edits.replacements.push_back({first(s), "{"});
+        put(aroundValue, "(", ");" + hits + "return");
+        put(around, {}, "}");
     } else {
-        edits.surroundings[place].open = "{" + hits;
-        edits.surroundings[place].close = "}";
+        put(aroundValue, valueOpening(value), ");" + hits + "velda_v;})");
     }
 }
 
-// A return in the body of a system header's macro: not described, but it leaves loops.
-void FunctionWalk::returnWithValueFirst(const clang::ReturnStmt* s, const std::string& hits) {
-    surround(edits, first(s), last(s), "{" + hits, "}");
-}
 
 std::string FunctionWalk::leaveAllLoops() {
     std::string text;
