@@ -283,7 +283,7 @@ static struct velda_registry* registry_in_use(void) {
     *this_copy->first = this_copy;
     pthread_atfork(NULL, NULL, begin_child);
     if (this_copy->in_program)
-        at_quick_exit(end_at_quick_exit);
+        (void)at_quick_exit(end_at_quick_exit);
     return this_copy->at;
 }
 

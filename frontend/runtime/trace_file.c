@@ -10,7 +10,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-enum { HIGHEST_SUFFIX = 999999, DECIMAL_SIZE = 12, LONGEST_LINE = 24 };
+enum { HIGHEST_SUFFIX = 999999, DECIMAL_SIZE = 20, LONGEST_LINE = 24 };
 
 /* What a write must not do to the program: run its signal handlers in the middle (one may jump out of here and hit
    again), or kill it for a file that gets too long or a reader of messages that is gone. */
@@ -106,17 +106,6 @@ void velda_warn(const char* what, const char* name, int error) {
 
 /* --- Names --- */
 
-static char* decimal(char out[DECIMAL_SIZE], unsigned long number) {
-    char* at = out + DECIMAL_SIZE - 1;
-
-    *at = '\0';
-    do {
-        *--at = (char)('0' + number % 10);
-        number /= 10;
-    } while (number != 0 && at > out);
-    return at;
-}
-
 /* A text under construction that remembers whether it fitted. */
 struct path {
     char* text;
@@ -140,8 +129,13 @@ static void add_text(struct path* path, const char* text) {
 
 static void add_number(struct path* path, unsigned long number) {
     char digits[DECIMAL_SIZE];
+    size_t at = sizeof digits;
 
-    add_text(path, decimal(digits, number));
+    do {
+        digits[--at] = (char)('0' + number % 10);
+        number /= 10;
+    } while (number != 0);
+    add_bytes(path, digits + at, sizeof digits - at);
 }
 
 /* The pattern's name, with -suffix before its extension unless suffix is 0. */

@@ -22,9 +22,7 @@ OUT = frozenset(["OUT"])
 
 
 def maximum(texts, part):
-    condition = f"({texts[0]}) > ({texts[1]})"
-    choice = Choice(Binary(">", part(0), part(1)).says(condition), part(0), part(1))
-    return choice.says(f"{condition} ? ({texts[0]}) : ({texts[1]})")
+    return Choice(Binary(">", part(0), part(1)).says(f"({texts[0]}) > ({texts[1]})"), part(0), part(1))
 
 
 def both(texts, part):
@@ -32,7 +30,7 @@ def both(texts, part):
 
 
 def big(texts, part):
-    return Binary(">", part(0), Constant(5)).says(f"({texts[0]}) > 5")
+    return Binary(">", part(0), Constant(5))
 
 
 def unlikely(texts, part):
@@ -147,7 +145,9 @@ class Maker:
     def call(self, depth):
         if not self.callable:
             return self.simple()
-        function = self.random.choice(self.callable)
+        return self.call_of(self.random.choice(self.callable), depth)
+
+    def call_of(self, function, depth):
         arguments = []
         for _ in function.parameters:
             part = self.number_expression(depth)
@@ -229,13 +229,13 @@ class Maker:
         if self.chance(0.25):
             return self.plain_statement()
         statements = self.statements(depth, 3)
-        if self.chance(0.12):
+        if self.chance(0.06):
             statements.append(self.jump())
         return Block(statements)
 
     def plain_statement(self):
         choice = self.random.random()
-        if choice < 0.15:
+        if choice < 0.06:
             return self.jump()
         if choice < 0.35:
             return Evaluate(Call(self.functions[0], [self.number_expression(1)]))
@@ -294,7 +294,8 @@ class Maker:
             condition = self.comparison(2)
         elif kind < 0.7:
             way = Call(Library("longjmp", leave_by_longjmp, True), [Literal("env"), Constant(1)])
-            condition = Logical("&&", Variable("armed"), self.operand(2))
+            rare = Binary("==", self.number_expression(2), Constant(self.random.randint(-1, 9)))
+            condition = Logical("&&", Variable("armed"), rare)
         else:
             way = Call(Library("exit", leave_by_exit, True), [Constant(self.random.randint(0, 99))])
             condition = Binary("==", self.number_expression(2), Constant(self.random.randint(5, 15)))
@@ -315,7 +316,7 @@ class Maker:
         return If(self.condition(3, constants=True), then, other, is_else)
 
     def loop(self, depth):
-        turns = self.random.randint(0, 3)
+        turns = self.random.randint(0, 4)
         word = self.random.choice(["WHILE", "FOR", "DO"])
         name = self.fresh("i" if word == "FOR" else "t")
         self.loop_variables.append(name)
@@ -359,7 +360,7 @@ class Maker:
         return body if isinstance(body, Block) else Block([body])
 
     def switch(self, depth):
-        numbers = self.random.sample(range(-2, 8), self.random.randint(1, 5))
+        numbers = self.random.sample(range(-1, 6), self.random.randint(1, 5))
         labels = list(numbers)
         if self.chance(0.6):
             labels.insert(self.random.randrange(len(labels) + 1), None)
@@ -375,7 +376,8 @@ class Maker:
             groups.append(Group(labels[:take], statements))
             labels = labels[take:]
         self.loops = outer
-        return Switch(self.number_expression(2), groups)
+        value = self.number_expression(2)
+        return Switch(value if self.chance(0.4) else Binary("%", value, Constant(4)), groups)
 
     # --- Functions ---
 
@@ -440,8 +442,11 @@ class Maker:
         self.truths, self.locals = [], []
         self.callable = self.callable or self.functions[:1]
         statements = []
-        for _ in range(self.random.randint(2, 4)):
-            arm = Block([Evaluate(Assignment(Variable("armed"), "=", Constant(1))), Evaluate(self.call(1)), Evaluate(self.call(1)),
+        called = [function for function in self.functions[1:] if not function.never_returns] * 5
+        self.random.shuffle(called)
+        while called:
+            calls = [Evaluate(self.call_of(called.pop(), 1)) for _ in range(min(len(called), 2))]
+            arm = Block([Evaluate(Assignment(Variable("armed"), "=", Constant(1))), *calls,
                          Evaluate(Assignment(Variable("armed"), "=", Constant(0)))])
             back = Block([Evaluate(Assignment(Variable("armed"), "=", Constant(0))),
                           Evaluate(Call(self.functions[0], [Constant(77)]))])

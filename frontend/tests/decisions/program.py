@@ -408,7 +408,7 @@ class MacroUse(Expression):
 
     def expand(self):
         self.expansion = self.template(self.texts, lambda number: copy.deepcopy(self.parts[number]))
-        self.expansion.place(self.lines)
+        self.expansion.place(self.lines, self.spelled)  # a condition that is the whole use is spelled as the use
 
     def describe(self, items):
         self.expand()
