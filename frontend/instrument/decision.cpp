@@ -38,14 +38,7 @@ std::uint64_t countPaths(const DecisionTree& tree) {
     return saturatingAdd(ways[0].toTrue, ways[0].toFalse);
 }
 
-// Where evaluation goes on after a condition: another condition, or one of the two ends.
-constexpr std::uint32_t endTrue = 0xFFFFFFFEU;
-constexpr std::uint32_t endFalse = 0xFFFFFFFFU;
-
-struct Branches {
-    std::uint32_t onTrue = endTrue;
-    std::uint32_t onFalse = endFalse;
-};
+} // namespace
 
 // The condition that each node begins with, and from it the two successors of every condition.
 std::vector<Branches> findBranches(const DecisionTree& tree) {
@@ -77,10 +70,6 @@ std::vector<Branches> findBranches(const DecisionTree& tree) {
     }
     return ofLeaf;
 }
-
-bool isEnd(std::uint32_t place) { return place >= endTrue; }
-
-} // namespace
 
 std::uint64_t countCases(const DecisionTree& tree) {
     if (!tree.fullEvaluation)

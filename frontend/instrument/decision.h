@@ -44,6 +44,19 @@ struct CaseTable {
     std::vector<std::uint32_t> caseOfPath; // path number -> case
 };
 
+// Where evaluation goes on after a condition: to another one, by its number, or to one of the two ends.
+constexpr std::uint32_t endTrue = 0xFFFFFFFEU;
+constexpr std::uint32_t endFalse = 0xFFFFFFFFU;
+constexpr bool isEnd(std::uint32_t place) { return place >= endTrue; }
+
+struct Branches {
+    std::uint32_t onTrue = endTrue;
+    std::uint32_t onFalse = endFalse;
+};
+
+// The two ways out of each condition of a short-circuit decision.
+std::vector<Branches> findBranches(const DecisionTree& tree);
+
 // Number of cases, saturated at 2^32.
 std::uint64_t countCases(const DecisionTree& tree);
 

@@ -121,11 +121,12 @@ int runSteps(Options& options) {
         options.input.map = readFile(options.mapFile).value_or(std::string{});
     const std::optional<InstrumentedSource> result = instrument(options.input);
     if (!result) {
-        complain("warning: " + options.input.sourceName + ": not understood, compiled as it is");
-        return compileOriginal;
+        complain((options.strict ? "error: " : "warning: ") + options.input.sourceName +
+                 ": not understood, compiled as it is");
+        return options.strict ? leftOut : compileOriginal;
     }
     for (const std::string& warning : result->warnings)
-        complain("warning: " + warning);
+        complain((options.strict ? "error: " : "warning: ") + warning);
     for (const std::string& remark : result->remarks)
         complain("note: " + remark);
     if (options.verbose)

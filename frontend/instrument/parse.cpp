@@ -117,9 +117,17 @@ struct Action : clang::ASTFrontendAction {
     }
 };
 
+std::string targetTriple(const ParseOptions& options) {
+    const llvm::Triple triple(options.target.empty() ? llvm::sys::getDefaultTargetTriple() : options.target);
+    for (const std::string& option : options.compilerOptions)
+        if (option == "-m32")
+            return triple.get32BitArchVariant().str();
+    return triple.str();
+}
+
 std::vector<std::string> makeArguments(const ParseOptions& options) {
     std::vector<std::string> arguments = {
-        "-triple",      options.target.empty() ? llvm::sys::getDefaultTargetTriple() : options.target,
+        "-triple", targetTriple(options),
         "-fsyntax-only", "-x", "c", "-std=" + options.standard, "-undef", "-nostdsysteminc", "-nobuiltininc",
         "-ferror-limit", "0", "-fbracket-depth", "100000", "-fgnuc-version=12.2.0", "-fno-spell-checking", "-fno-caret-diagnostics"};
     arguments.insert(arguments.end(), lenient.begin(), lenient.end());

@@ -68,7 +68,7 @@ struct DecisionResult {
     std::vector<ItemRef> hitWhenFalse;
     std::optional<std::vector<std::uint32_t>> whenTrue; // counters whose sum is the number of times it was so
     std::optional<std::vector<std::uint32_t>> whenFalse;
-    std::optional<bool> constant; // the value of the whole
+    std::string atEntry; // hits of constant conditions that evaluation begins with, for the caller to put before it
 };
 
 // Begins a statement expression that keeps the value of an expression in velda_v; bit-fields have no type of their own.
@@ -89,6 +89,7 @@ class FunctionWalk {
     // Statements
     void statement(const clang::Stmt* s);
     void ifStatement(const clang::IfStmt* s, bool isElseIf);
+    std::optional<bool> constantCondition(const clang::Expr* e);
     void thenArm(const clang::IfStmt* s, const std::vector<ItemRef>& items, const Here& known, const std::string& close);
     void elseArm(const clang::IfStmt* s, std::vector<ItemRef> items, const Here& known, bool describesElseIf);
     void setjmpIf(const clang::IfStmt* s, bool comesBackToThen, bool isElseIf);
@@ -127,7 +128,8 @@ class FunctionWalk {
     bool isLogical(const clang::Expr* e);
     bool isTruthOperator(const clang::Expr* e);
     void describeConditions(std::vector<Condition>& conditions);
-    void countConditions(const std::vector<Condition>& conditions);
+    std::string countConditions(const DecisionTree& tree, const std::vector<Condition>& conditions);
+    void hitBefore(const clang::Expr* e, const std::string& hits);
     DecisionResult singleCondition(const DecisionTree& tree, const Condition& condition, ArmProbes arms);
     void surroundCondition(const Condition& condition, const std::string& whenTrue, const std::string& whenFalse);
     bool compose(const clang::Expr* root, DecisionTree& tree, std::vector<Condition>& conditions,

@@ -177,28 +177,58 @@ void FunctionWalk::surroundCondition(const Condition& condition, const std::stri
              ")?" + arm(whenTrue, '1') + ':' + arm(whenFalse, '0') + ')');
 }
 
-// Counts each outcome where it happens.
-void FunctionWalk::countConditions(const std::vector<Condition>& conditions) {
+// Counts each outcome where it happens. Constant conditions stay as they are, so that compilers see them: they are hit on
+// the ways that lead to them. What evaluation begins with is given back.
+std::string FunctionWalk::countConditions(const DecisionTree& tree, const std::vector<Condition>& conditions) {
+    const auto join = [](std::string a, const std::string& b) { return a.empty() || b.empty() ? a + b : a + ',' + b; };
+    std::vector<std::string> constantHits;
+    std::string all;
     for (const Condition& condition : conditions) {
-        const std::string whenTrue = hit(std::array{condition.item});
-        if (whenTrue.empty())
-            continue;
-        if (condition.constant)
-            surround(edits, condition.firstToken, condition.lastToken, "(" + whenTrue + ",(", "))");
-        else
-            surroundCondition(condition, whenTrue, hit(std::array{next(condition.item)}));
+        constantHits.push_back(condition.constant ? hit(std::array{condition.item}) : std::string{});
+        all = join(all, constantHits.back());
     }
+    const std::vector<Branches> branches =
+        tree.fullEvaluation ? std::vector<Branches>(conditions.size()) : findBranches(tree);
+    const auto hitsFrom = [&](std::uint32_t place) {
+        std::string hits;
+        for (; !isEnd(place) && conditions[place].constant;
+             place = *conditions[place].constant ? branches[place].onTrue : branches[place].onFalse)
+            hits = join(hits, constantHits[place]);
+        return hits;
+    };
+    for (std::size_t i = 0; i < conditions.size(); ++i)
+        if (!conditions[i].constant)
+            surroundCondition(conditions[i], join(hit(std::array{conditions[i].item}), hitsFrom(branches[i].onTrue)),
+                              join(hit(std::array{next(conditions[i].item)}), hitsFrom(branches[i].onFalse)));
+    return tree.fullEvaluation ? all : hitsFrom(0);
+}
+
+// Puts hits before an expression.
+void FunctionWalk::hitBefore(const Expr* e, const std::string& hits) {
+    if (!hits.empty())
+        surround(edits, first(e), tokenAt(e->getEndLoc(), e), "(" + hits + ",(", "))");
+}
+
+// The value of a condition that is a single constant one.
+std::optional<bool> FunctionWalk::constantCondition(const Expr* e) {
+    DecisionTree tree;
+    std::vector<Condition> conditions;
+    buildTree(e, tree, conditions);
+    const bool negated = (tree.nodes.size() - 1) % 2 != 0;
+    if (conditions.size() != 1 || !conditions[0].constant)
+        return std::nullopt;
+    return *conditions[0].constant != negated;
 }
 
 DecisionResult FunctionWalk::singleCondition(const DecisionTree& tree, const Condition& condition, ArmProbes arms) {
     DecisionResult result;
     const bool negated = (tree.nodes.size() - 1) % 2 != 0; // only Nots above the one leaf
     if (condition.constant) {
-        result.constant = *condition.constant != negated;
-        if (arms == ArmProbes::Both || (arms == ArmProbes::True && *result.constant))
-            (*result.constant ? result.hitWhenTrue : result.hitWhenFalse) = {condition.item};
+        const bool value = *condition.constant != negated;
+        if (arms == ArmProbes::Both)
+            (value ? result.hitWhenTrue : result.hitWhenFalse) = {condition.item};
         else
-            countConditions({condition});
+            result.atEntry = hit(std::array{condition.item});
         return result;
     }
     const ItemRef isTrue = negated ? next(condition.item) : condition.item;
@@ -224,7 +254,7 @@ DecisionResult FunctionWalk::decision(const Expr* e, ArmProbes arms) {
     if (!isComposed && conditions.size() == 1)
         result = singleCondition(tree, conditions[0], arms);
     else if (!isComposed)
-        countConditions(conditions);
+        result.atEntry = countConditions(tree, conditions);
     for (std::size_t i = 0; i < conditions.size(); ++i) {
         if (i == 0 || tree.fullEvaluation)
             expression(conditions[i].expression);

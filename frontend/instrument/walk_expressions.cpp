@@ -65,7 +65,7 @@ void FunctionWalk::expression(const clang::Stmt* e) {
     if (e == nullptr)
         return;
     if (const auto* value = llvm::dyn_cast<clang::Expr>(e); value != nullptr && startsDecision(value)) {
-        decision(value, ArmProbes::None);
+        hitBefore(value, decision(value, ArmProbes::None).atEntry);
         return;
     }
     if (const auto* c = llvm::dyn_cast<clang::CallExpr>(e))
@@ -129,7 +129,8 @@ void FunctionWalk::conditional(const clang::ConditionalOperator* e) {
         maybeEvaluated(e->getFalseExpr());
         return;
     }
-    decision(e->getCond(), ArmProbes::None);
+    // Constant conditions are hit before the whole, which so keeps its type and what compilers know of its arms.
+    hitBefore(e, decision(e->getCond(), ArmProbes::None).atEntry);
     const Here before = here;
     maybeEvaluated(e->getTrueExpr());
     const bool trueLeaves = !here.has_value();
@@ -150,7 +151,7 @@ void FunctionWalk::binaryConditional(const clang::BinaryConditionalOperator* e) 
     DecisionTree tree;
     buildTree(value, tree, conditions);
     if (tree.nodes[0].kind != NodeKind::Leaf || conditions[0].constant) {
-        decision(value, ArmProbes::None); // the value is 0 or 1 anyway
+        hitBefore(e, decision(value, ArmProbes::None).atEntry); // the value is 0 or 1 anyway
     } else {
         // The value itself is wanted, not only whether it is true.
         describeConditions(conditions);

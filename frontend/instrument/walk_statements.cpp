@@ -164,6 +164,8 @@ void FunctionWalk::ifStatement(const clang::IfStmt* s, bool isElseIf) {
     thenArm(s, thenItems, result.whenTrue, implicitElse);
     if (s->getElse() != nullptr)
         elseArm(s, elseItems, result.whenFalse, elseIsIf);
+    if (!result.atEntry.empty())
+        surround(edits, first(s), last(s), "{" + result.atEntry + ";", "}");
     here.reset();
 }
 
@@ -273,16 +275,10 @@ void FunctionWalk::whileStatement(const clang::WhileStmt* s) {
     }
     here.reset();
     std::vector<ItemRef> bodyItems = {addBlock(service, "simple", "WHILE", linesOf(s->getBody()))};
-    std::optional<bool> constant;
-    {
-        DecisionTree tree;
-        std::vector<Condition> conditions;
-        buildTree(s->getCond(), tree, conditions);
-        if (conditions.size() == 1 && conditions[0].constant)
-            constant = *conditions[0].constant != ((tree.nodes.size() - 1) % 2 != 0);
-    }
+    const std::optional<bool> constant = constantCondition(s->getCond());
     const DescribedLoop loop = describeLoop(s, "WHILE", !constant.value_or(false), constant.value_or(true));
     const DecisionResult result = decision(s->getCond(), constant ? ArmProbes::Both : ArmProbes::True);
+    hitBefore(s->getCond(), result.atEntry);
     bodyItems.insert(bodyItems.begin(), result.hitWhenTrue.begin(), result.hitWhenTrue.end());
     openLoops.push_back(loop);
     loopBody(s->getBody(), loop, bodyItems, result.whenTrue);
@@ -302,16 +298,11 @@ void FunctionWalk::doStatement(const clang::DoStmt* s) {
         return;
     }
     const ItemRef bodyItem = addBlock(service, "simple", "DO", linesOf(s->getBody()));
-    DecisionTree tree;
-    std::vector<Condition> conditions;
-    buildTree(s->getCond(), tree, conditions);
-    const bool neverTrue = conditions.size() == 1 && conditions[0].constant &&
-                           *conditions[0].constant == ((tree.nodes.size() - 1) % 2 != 0);
-    const DescribedLoop loop = describeLoop(s, "DO", false, !neverTrue);
+    const DescribedLoop loop = describeLoop(s, "DO", false, constantCondition(s->getCond()).value_or(true));
     openLoops.push_back(loop);
     loopBody(s->getBody(), loop, std::array{bodyItem}, {});
     here.reset();
-    decision(s->getCond(), ArmProbes::None);
+    hitBefore(s->getCond(), decision(s->getCond(), ArmProbes::None).atEntry);
     openLoops.pop_back();
     closeLoop(s, loop, {});
     here.reset();
@@ -322,16 +313,7 @@ void FunctionWalk::forStatement(const clang::ForStmt* s) {
     const bool described = isDescribed(s->getForLoc());
     std::vector<ItemRef> bodyItems;
     DescribedLoop loop;
-    std::optional<bool> constant;
-    if (s->getCond() == nullptr) {
-        constant = true;
-    } else if (described) {
-        DecisionTree tree;
-        std::vector<Condition> conditions;
-        buildTree(s->getCond(), tree, conditions);
-        if (conditions.size() == 1 && conditions[0].constant)
-            constant = *conditions[0].constant != ((tree.nodes.size() - 1) % 2 != 0);
-    }
+    const std::optional<bool> constant = s->getCond() == nullptr ? true : constantCondition(s->getCond());
     if (described) {
         bodyItems.push_back(addBlock(service, "simple", "FOR", linesOf(s->getBody())));
         loop = describeLoop(s, "FOR", !constant.value_or(false), constant.value_or(true));
@@ -342,9 +324,10 @@ void FunctionWalk::forStatement(const clang::ForStmt* s) {
     DecisionResult result;
     if (described)
         openLoops.push_back(loop);
-    if (s->getCond() != nullptr && described)
+    if (s->getCond() != nullptr && described) {
         result = decision(s->getCond(), constant ? ArmProbes::Both : ArmProbes::True);
-    else
+        hitBefore(s->getCond(), result.atEntry);
+    } else
         fullExpression(s->getCond());
     here.reset();
     if (s->getInc() != nullptr)
