@@ -149,13 +149,19 @@ private:
                 add({"--compiler-option", word});
             }
         }
-        const Outcome outcome = run(shown(words), {}, compilation_.settings.timeLimit);
-        if (outcome.late) {
+        return run(shown(words), {.standardOutput = remarks_, .standardError = remarks_},
+                   compilation_.settings.timeLimit);
+    }
+
+    // What there is to say about instrumenting; of a source with errors, nothing.
+    void tellAbout(const Outcome& instrumentation) const {
+        copyTo(stderr, remarks_);
+        if (instrumentation.late) {
             warn(Message::InstrumenterTooSlow, {std::to_string(compilation_.settings.timeLimit)});
-        } else if (!outcome.succeeded() && outcome.status != compileAsItIs && outcome.status != refused) {
-            warn(Message::InstrumenterCrashed, {std::to_string(outcome.status)});
+        } else if (!instrumentation.succeeded() && instrumentation.status != compileAsItIs &&
+                   instrumentation.status != refused) {
+            warn(Message::InstrumenterCrashed, {std::to_string(instrumentation.status)});
         }
-        return outcome;
     }
 
     // The original has errors, or only the check has some that come from not optimising: the compiler itself decides.
@@ -169,6 +175,7 @@ private:
     }
 
     Compiled afterCheck(const Outcome& instrumentation) {
+        tellAbout(instrumentation);
         if (instrumentation.succeeded()) {
             if (compileInstrumented()) {
                 std::error_code error;
@@ -244,6 +251,7 @@ private:
     std::string description_ = file("fdc");
     std::string checked_ = file("checked");
     std::string said_ = file("said");
+    std::string remarks_ = file("remarks");
     std::string noise_ = file("noise");
     std::string instrumented_;
     bool hasMap_ = false;

@@ -20,8 +20,7 @@ def rows(names):
     for line in (here / "cases.txt").read_text().splitlines():
         if not line or line.startswith("#"):
             continue
-        # A single "|" between blanks separates; those of the shell are doubled.
-        fields = [field.strip() for field in re.split(r"(?<=\s)\|(?=\s|$)", line)]
+        fields = [field.strip() for field in re.split(r"(?<=\s)::(?=\s|$)", line)]
         if not 3 <= len(fields) <= 4:
             sys.exit(f"cases.txt: {line}")
         if not names or fields[0] in names:
