@@ -8,7 +8,9 @@ std::vector<std::uint32_t>& formulaOf(HitTarget& target, ItemRef item) {
     return target.section.formulas[static_cast<std::size_t>(item.kind)][item.id];
 }
 
-std::string counterText(std::uint32_t counter) { return "velda_counters[" + std::to_string(counter) + "]++"; }
+std::string counterText(std::uint32_t counter) {
+    return "velda_counters[" + std::to_string(counter) + "]++";
+}
 
 std::string sectionText(const HitTarget& target) {
     return "&velda_sections[" + std::to_string(target.sectionIndex) + ']';
@@ -47,7 +49,9 @@ CountedHit countHits(HitTarget& target, std::span<const ItemRef> items) {
     return hit;
 }
 
-std::string hitText(HitTarget& target, std::span<const ItemRef> items) { return countHits(target, items).text; }
+std::string hitText(HitTarget& target, std::span<const ItemRef> items) {
+    return countHits(target, items).text;
+}
 
 void giveFormula(HitTarget& target, std::span<const ItemRef> items, std::span<const std::uint32_t> counters) {
     for (const ItemRef item : items)
@@ -62,7 +66,8 @@ std::uint32_t reserveCounters(HitTarget& target, std::uint32_t count) {
     return first;
 }
 
-std::string indexedHitText(HitTarget& target, ItemRef first, std::uint32_t counter, const std::string& index) {
+std::string indexedHitText(HitTarget& target, ItemRef first, std::uint32_t counter,
+                           const std::string& index) {
     if (target.counters.way != Counting::Ordered)
         return "velda_counters[" + std::to_string(counter) + "u+" + index + "]++";
     return "veldacc_hit(" + sectionText(target) + ",(" + std::to_string(first.id) + "u+" + index + ")*4u+" +

@@ -9,7 +9,9 @@ namespace {
 
 constexpr std::uint64_t saturated = std::uint64_t{1} << 32U;
 
-std::uint64_t saturatingAdd(std::uint64_t a, std::uint64_t b) { return std::min(a + b, saturated); }
+std::uint64_t saturatingAdd(std::uint64_t a, std::uint64_t b) {
+    return std::min(a + b, saturated);
+}
 std::uint64_t saturatingMultiply(std::uint64_t a, std::uint64_t b) {
     return a != 0 && b > saturated / a ? saturated : std::min(a * b, saturated);
 }
@@ -53,19 +55,13 @@ std::vector<Branches> findBranches(const DecisionTree& tree) {
         const DecisionNode& node = tree.nodes[i];
         const Branches here = ofNode[i];
         switch (node.kind) {
-        case NodeKind::Leaf:
-            ofLeaf[first[i]] = here;
-            break;
-        case NodeKind::Not:
-            ofNode[node.left] = {here.onFalse, here.onTrue};
-            break;
+        case NodeKind::Leaf: ofLeaf[first[i]] = here; break;
+        case NodeKind::Not: ofNode[node.left] = {here.onFalse, here.onTrue}; break;
         case NodeKind::And:
             ofNode[node.left] = {first[node.right], here.onFalse};
             ofNode[node.right] = here;
             break;
-        default:
-            ofNode[node.left] = {here.onTrue, first[node.right]};
-            ofNode[node.right] = here;
+        default: ofNode[node.left] = {here.onTrue, first[node.right]}; ofNode[node.right] = here;
         }
     }
     return ofLeaf;
@@ -81,7 +77,8 @@ CaseTable makeCaseTable(const DecisionTree& tree) {
     CaseTable table;
     const std::vector<Branches> branches = findBranches(tree);
     const std::uint32_t leaves = tree.leafCount;
-    std::vector<std::uint64_t> paths(leaves); // from a condition to the ends; conditions go on to later ones only
+    std::vector<std::uint64_t> paths(
+        leaves); // from a condition to the ends; conditions go on to later ones only
     table.falseStep.resize(leaves);
     for (std::uint32_t i = leaves; i-- > 0;) {
         const std::uint64_t onTrue = isEnd(branches[i].onTrue) ? 1 : paths[branches[i].onTrue];

@@ -47,7 +47,9 @@ struct CaseTable {
 // Where evaluation goes on after a condition: to another one, by its number, or to one of the two ends.
 constexpr std::uint32_t endTrue = 0xFFFFFFFEU;
 constexpr std::uint32_t endFalse = 0xFFFFFFFFU;
-constexpr bool isEnd(std::uint32_t place) { return place >= endTrue; }
+constexpr bool isEnd(std::uint32_t place) {
+    return place >= endTrue;
+}
 
 struct Branches {
     std::uint32_t onTrue = endTrue;

@@ -12,9 +12,15 @@ struct TypeCode {
     std::string_view code;
     std::uint32_t mask;
 };
-constexpr std::array<TypeCode, 9> typeCodes = {{{"PR", typePR}, {"RE", typeRE}, {"AP", typeAP}, {"BS", typeBS},
-                                               {"BI", typeBI}, {"BL", typeBL}, {"BA", typeBA}, {"CO", typeCO},
-                                               {"CC", typeCC}}};
+constexpr std::array<TypeCode, 9> typeCodes = {{{"PR", typePR},
+                                                {"RE", typeRE},
+                                                {"AP", typeAP},
+                                                {"BS", typeBS},
+                                                {"BI", typeBI},
+                                                {"BL", typeBL},
+                                                {"BA", typeBA},
+                                                {"CO", typeCO},
+                                                {"CC", typeCC}}};
 
 std::string quoted(std::string_view text) {
     std::string result = "\"";
@@ -26,7 +32,9 @@ std::string quoted(std::string_view text) {
     return result + '"';
 }
 
-std::string linesText(Lines lines) { return std::to_string(lines.first) + ' ' + std::to_string(lines.last) + '\n'; }
+std::string linesText(Lines lines) {
+    return std::to_string(lines.first) + ' ' + std::to_string(lines.last) + '\n';
+}
 
 ItemRef addItem(const Service& service, std::uint32_t type, HitKind kind, std::uint32_t count) {
     if ((service.types & type) == 0)
@@ -89,16 +97,16 @@ void takeBack(Section& section, const SectionMark& mark) {
 ItemRef addProcedureItem(const Service& service, std::string_view kind, Lines lines) {
     const ItemRef item = addItem(service, kind == "proc" ? typePR : typeRE, HitKind::Procedure, 1);
     if (item.described)
-        service.section.items += "PR " + std::to_string(item.id) + ' ' + std::string(kind) + ' ' + quoted(service.name) +
-                                 ' ' + linesText(lines);
+        service.section.items += "PR " + std::to_string(item.id) + ' ' + std::string(kind) + ' ' +
+                                 quoted(service.name) + ' ' + linesText(lines);
     return item;
 }
 
 ItemRef addCall(const Service& service, std::string_view called, Lines lines) {
     const ItemRef item = addItem(service, typeAP, HitKind::Call, 1);
     if (item.described)
-        service.section.items += "AP " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' + quoted(called) +
-                                 ' ' + linesText(lines);
+        service.section.items += "AP " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' +
+                                 quoted(called) + ' ' + linesText(lines);
     return item;
 }
 
@@ -106,8 +114,8 @@ ItemRef addBlock(const Service& service, std::string_view kind, std::string_view
     const ItemRef item = addItem(service, blockType(kind), HitKind::Block, 1);
     if (!item.described)
         return item;
-    service.section.items += "BL " + std::to_string(item.id) + ' ' + std::string(kind) + ' ' + quoted(service.name) +
-                             ' ' + std::string(label) + ' ' + linesText(lines);
+    service.section.items += "BL " + std::to_string(item.id) + ' ' + std::string(kind) + ' ' +
+                             quoted(service.name) + ' ' + std::string(label) + ' ' + linesText(lines);
     service.section.hasTransferBlock |= kind == "atc";
     return item;
 }
@@ -115,21 +123,21 @@ ItemRef addBlock(const Service& service, std::string_view kind, std::string_view
 ItemRef addTwoOutcomes(const Service& service, std::string_view text, Lines lines) {
     const ItemRef item = addItem(service, typeCO, HitKind::Condition, 2);
     if (item.described)
-        service.section.items += "CE " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' + quoted(text) +
-                                 ' ' + linesText(lines);
+        service.section.items += "CE " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' +
+                                 quoted(text) + ' ' + linesText(lines);
     return item;
 }
 
 ItemRef addOneOutcome(const Service& service, std::string_view text, Lines lines) {
     const ItemRef item = addItem(service, typeCO, HitKind::Condition, 1);
     if (item.described)
-        service.section.items += "CA " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' + quoted(text) +
-                                 ' ' + linesText(lines);
+        service.section.items += "CA " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' +
+                                 quoted(text) + ' ' + linesText(lines);
     return item;
 }
 
-ItemRef addComposition(const Service& service, const std::vector<std::uint32_t>& conditions, std::uint32_t caseCount,
-                       std::string_view cases) {
+ItemRef addComposition(const Service& service, const std::vector<std::uint32_t>& conditions,
+                       std::uint32_t caseCount, std::string_view cases) {
     const ItemRef item = addItem(service, typeCC, HitKind::Condition, caseCount);
     if (!item.described)
         return item;

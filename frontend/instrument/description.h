@@ -18,7 +18,15 @@ constexpr std::size_t hitKinds = 4;
 
 // What is described, as the codes of the TC line; BA is written only where there is such a block.
 enum TypeMask : std::uint32_t {
-    typePR = 1, typeRE = 2, typeAP = 4, typeBS = 8, typeBI = 16, typeBL = 32, typeBA = 64, typeCO = 128, typeCC = 256,
+    typePR = 1,
+    typeRE = 2,
+    typeAP = 4,
+    typeBS = 8,
+    typeBI = 16,
+    typeBL = 32,
+    typeBA = 64,
+    typeCO = 128,
+    typeCC = 256,
     allTypes = 511
 };
 // "PR,RE,AP" -> mask; 0 for an unknown code. RE contains PR, CC contains CO.
@@ -67,11 +75,12 @@ struct Service {
 ItemRef addProcedureItem(const Service& service, std::string_view kind, Lines lines);
 ItemRef addCall(const Service& service, std::string_view called, Lines lines);
 ItemRef addBlock(const Service& service, std::string_view kind, std::string_view label, Lines lines);
-ItemRef addTwoOutcomes(const Service& service, std::string_view text, Lines lines); // true; false is the next identifier
+ItemRef addTwoOutcomes(const Service& service, std::string_view text,
+                       Lines lines); // true; false is the next identifier
 ItemRef addOneOutcome(const Service& service, std::string_view text, Lines lines);
 // The cases; the first one is returned, the others follow. `cases` is the rest of the line behind their number.
-ItemRef addComposition(const Service& service, const std::vector<std::uint32_t>& conditions, std::uint32_t caseCount,
-                       std::string_view cases);
+ItemRef addComposition(const Service& service, const std::vector<std::uint32_t>& conditions,
+                       std::uint32_t caseCount, std::string_view cases);
 ItemRef next(ItemRef item);
 
 // Makes header, checksum and key of a section, and gives its whole text.

@@ -29,7 +29,8 @@ std::vector<std::uint32_t> ordered(const std::vector<Surrounding>& all, bool clo
 }
 
 // The end of the token before, when a directive stands in between.
-std::uint32_t offsetBeforePragmas(const std::string& text, const std::vector<TextToken>& tokens, std::uint32_t token) {
+std::uint32_t offsetBeforePragmas(const std::string& text, const std::vector<TextToken>& tokens,
+                                  std::uint32_t token) {
     const std::uint32_t at = tokens[token].offset;
     if (token == 0)
         return at;
@@ -50,7 +51,8 @@ void takeBack(Edits& edits, const EditsMark& mark) {
     edits.replacements.resize(mark.replacements);
 }
 
-std::size_t surround(Edits& edits, std::uint32_t first, std::uint32_t last, std::string open, std::string close) {
+std::size_t surround(Edits& edits, std::uint32_t first, std::uint32_t last, std::string open,
+                     std::string close) {
     edits.surroundings.push_back({first, last, std::move(open), std::move(close), false});
     return edits.surroundings.size() - 1;
 }
@@ -67,12 +69,15 @@ std::string applyEdits(const Edits& edits, const std::string& text, const std::v
         pieces.push_back({tokens[point.token].offset, 0, point.text});
     for (const std::uint32_t i : ordered(edits.surroundings, false)) {
         const Surrounding& wrap = edits.surroundings[i];
-        pieces.push_back({wrap.beforePragmas ? offsetBeforePragmas(text, tokens, wrap.first) : tokens[wrap.first].offset,
-                          0, wrap.open});
+        pieces.push_back(
+            {wrap.beforePragmas ? offsetBeforePragmas(text, tokens, wrap.first) : tokens[wrap.first].offset,
+             0, wrap.open});
     }
     for (const Replacement& replacement : edits.replacements)
-        pieces.push_back({tokens[replacement.token].offset, tokens[replacement.token].length, replacement.text});
-    std::stable_sort(pieces.begin(), pieces.end(), [](const Piece& a, const Piece& b) { return a.offset < b.offset; });
+        pieces.push_back(
+            {tokens[replacement.token].offset, tokens[replacement.token].length, replacement.text});
+    std::stable_sort(pieces.begin(), pieces.end(),
+                     [](const Piece& a, const Piece& b) { return a.offset < b.offset; });
 
     std::string out;
     out.reserve(text.size() + text.size() / 2);

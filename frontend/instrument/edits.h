@@ -9,8 +9,6 @@
 
 #include "token_map.h"
 
-
-
 namespace veldacc {
 
 struct Surrounding {
@@ -33,8 +31,8 @@ struct Replacement {
 
 struct Edits {
     std::vector<Surrounding> surroundings;
-    std::vector<PointText> behind;        // right behind a token, inside nothing that ends there
-    std::vector<PointText> before;        // right before a token, inside nothing that begins there
+    std::vector<PointText> behind;         // right behind a token, inside nothing that ends there
+    std::vector<PointText> before;         // right before a token, inside nothing that begins there
     std::vector<Replacement> replacements; // in place of a token
 };
 
@@ -48,7 +46,8 @@ EditsMark markEdits(const Edits& edits);
 void takeBack(Edits& edits, const EditsMark& mark);
 
 // Adds texts around tokens; gives the index, by which they can still be changed.
-std::size_t surround(Edits& edits, std::uint32_t first, std::uint32_t last, std::string open, std::string close);
+std::size_t surround(Edits& edits, std::uint32_t first, std::uint32_t last, std::string open,
+                     std::string close);
 
 // The text with all edits. Line ends stay where they are.
 std::string applyEdits(const Edits& edits, const std::string& text, const std::vector<TextToken>& tokens);

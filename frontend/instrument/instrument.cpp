@@ -34,7 +34,8 @@ std::uint32_t sectionOf(Sections& sections, const std::string& fileName) {
     section.name = path.filename().string();
     fs::path directory = path.parent_path();
     if (!sections.input.root.empty()) {
-        const fs::path within = directory.lexically_relative(fs::absolute(sections.input.root).lexically_normal());
+        const fs::path within =
+            directory.lexically_relative(fs::absolute(sections.input.root).lexically_normal());
         if (!within.empty() && *within.begin() != "..")
             directory = within;
     }
@@ -44,7 +45,9 @@ std::uint32_t sectionOf(Sections& sections, const std::string& fileName) {
     return at->second;
 }
 
-bool isHeader(const std::string& name) { return name.ends_with(".h"); }
+bool isHeader(const std::string& name) {
+    return name.ends_with(".h");
+}
 
 // A function that is to be described.
 struct Candidate {
@@ -74,7 +77,8 @@ std::vector<Candidate> findFunctions(const Unit& unit) {
             continue;
         found.push_back({function, token, place.instance});
     }
-    std::sort(found.begin(), found.end(), [](const Candidate& a, const Candidate& b) { return a.token < b.token; });
+    std::sort(found.begin(), found.end(),
+              [](const Candidate& a, const Candidate& b) { return a.token < b.token; });
     return found;
 }
 
@@ -127,20 +131,23 @@ std::string prologue(const std::deque<Section>& sections, const Counters& counte
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const Section& section = sections[i];
         std::string formulas = "0u,0";
-        const std::vector<std::uint32_t> words = counts ? formulaWords(section) : std::vector<std::uint32_t>{};
+        const std::vector<std::uint32_t> words =
+            counts ? formulaWords(section) : std::vector<std::uint32_t>{};
         if (!words.empty()) {
             const std::string name = "velda_formulas_" + std::to_string(i);
             out += "static const unsigned int " + name + "[]={" + joined(words) + "};\n";
             formulas = std::to_string(words.size()) + "u," + name;
         }
-        table += (i == 0 ? "{" : ",{") + std::to_string(section.key) + "u," + std::to_string(section.checksum) + "u,{";
+        table += (i == 0 ? "{" : ",{") + std::to_string(section.key) + "u," +
+                 std::to_string(section.checksum) + "u,{";
         for (std::size_t kind = 0; kind < hitKinds; ++kind)
             table += (kind == 0 ? "" : ",") + std::to_string(section.formulas[kind].size()) + 'u';
         table += "}," + formulas + '}';
     }
     out += "static const struct velda_section velda_sections[]={" + table + "};\n";
     for (std::size_t i = 0; i < counters.caseMaps.size(); ++i)
-        out += "static const unsigned int velda_cases_" + std::to_string(i) + "[]={" + joined(counters.caseMaps[i]) + "};\n";
+        out += "static const unsigned int velda_cases_" + std::to_string(i) + "[]={" +
+               joined(counters.caseMaps[i]) + "};\n";
     out += "static struct velda_unit velda_unit={1u," + std::to_string(sections.size()) + "u," +
            std::to_string(counts ? counters.used : 0) + "u,velda_sections," +
            (counts && counters.used > 0 ? "velda_counters" : "0") + ",0};\n";
@@ -161,9 +168,9 @@ struct Work {
 
 // Describes one function, or takes back what was begun and says why not.
 void instrumentFunction(Work& work, const Candidate& candidate) {
-    const std::uint32_t index = sectionOf(work.sections, candidate.instance == 0
-                                                             ? work.sections.input.sourceName
-                                                             : work.unit.marks.instances[candidate.instance].name);
+    const std::uint32_t index = sectionOf(
+        work.sections, candidate.instance == 0 ? work.sections.input.sourceName
+                                               : work.unit.marks.instances[candidate.instance].name);
     Section& section = work.sections.all[index];
     const std::string name = candidate.function->getNameAsString();
     const SectionMark sectionMark = markSection(section);
@@ -175,7 +182,8 @@ void instrumentFunction(Work& work, const Candidate& candidate) {
             throw CannotInstrument(candidate.token, "a second function of this name");
         refuseErrors(work.unit, candidate);
         HitTarget target{work.counters, section, index};
-        FunctionWalk walk(work.unit, work.edits, target, {section, name, work.unit.settings.types}, candidate.instance);
+        FunctionWalk walk(work.unit, work.edits, target, {section, name, work.unit.settings.types},
+                          candidate.instance);
         walk.run(candidate.function);
         work.result.remarks.insert(work.result.remarks.end(), walk.remarks.begin(), walk.remarks.end());
     } catch (const CannotInstrument& problem) {
@@ -184,8 +192,8 @@ void instrumentFunction(Work& work, const Candidate& candidate) {
         work.counters.used = countersBefore.used;
         work.counters.caseMaps.resize(mapsBefore);
         work.result.warnings.push_back(
-            locationText(work.unit, problem.token == noToken ? candidate.token : problem.token) + ": function '" + name +
-            "' is left as it is: " + problem.what());
+            locationText(work.unit, problem.token == noToken ? candidate.token : problem.token) +
+            ": function '" + name + "' is left as it is: " + problem.what());
     }
 }
 
@@ -203,7 +211,11 @@ void instrumentUnit(const SourceInput& input, const Unit& unit, InstrumentedSour
         if (!section.items.empty())
             result.description += (result.description.empty() ? "" : "@/RIK\n") + text;
     }
-    result.text = prologue(sections.all, work.counters) + applyEdits(work.edits, unit.text, unit.tokens);
+    // The first marker names the source for the compiler and the debugger: it stays in front, and is said again behind.
+    const std::string text = applyEdits(work.edits, unit.text, unit.tokens);
+    const std::size_t firstLine = text.starts_with("#") ? text.find('\n') + 1 : 0;
+    const std::string marker = text.substr(0, firstLine);
+    result.text = marker + prologue(sections.all, work.counters) + marker + text.substr(firstLine);
 }
 
 } // namespace

@@ -21,7 +21,7 @@ struct SourceInput {
 
 struct InstrumentedSource {
     std::string text;
-    std::string description; // empty when nothing is described
+    std::string description;           // empty when nothing is described
     std::vector<std::string> warnings; // functions copied as they are: "file:line: ..."
     std::vector<std::string> remarks;  // compositions left out
     bool usedMap = false;

@@ -30,7 +30,9 @@ struct Options {
     bool verbose = false;
 };
 
-void complain(const std::string& message) { std::cerr << "veldacc: " << message << '\n'; }
+void complain(const std::string& message) {
+    std::cerr << "veldacc: " << message << '\n';
+}
 
 struct ValueOption {
     std::string_view name;
@@ -48,17 +50,54 @@ bool setMaxCases(Options& options, const std::string& value) {
 }
 
 constexpr ValueOption valueOptions[] = {
-    {"--source", [](Options& o, const std::string& v) { o.input.sourceName = v; return true; }},
-    {"--text", [](Options& o, const std::string& v) { o.textFile = v; return true; }},
-    {"--map", [](Options& o, const std::string& v) { o.mapFile = v; return true; }},
-    {"--output", [](Options& o, const std::string& v) { o.outputFile = v; return true; }},
-    {"--description", [](Options& o, const std::string& v) { o.descriptionFile = v; return true; }},
-    {"--root", [](Options& o, const std::string& v) { o.input.root = v; return true; }},
-    {"--std", [](Options& o, const std::string& v) { o.input.parse.standard = v; return true; }},
-    {"--target", [](Options& o, const std::string& v) { o.input.parse.target = v; return true; }},
-    {"--types", [](Options& o, const std::string& v) { return (o.input.settings.types = parseTypes(v)) != 0; }},
+    {"--source",
+     [](Options& o, const std::string& v) {
+         o.input.sourceName = v;
+         return true;
+     }},
+    {"--text",
+     [](Options& o, const std::string& v) {
+         o.textFile = v;
+         return true;
+     }},
+    {"--map",
+     [](Options& o, const std::string& v) {
+         o.mapFile = v;
+         return true;
+     }},
+    {"--output",
+     [](Options& o, const std::string& v) {
+         o.outputFile = v;
+         return true;
+     }},
+    {"--description",
+     [](Options& o, const std::string& v) {
+         o.descriptionFile = v;
+         return true;
+     }},
+    {"--root",
+     [](Options& o, const std::string& v) {
+         o.input.root = v;
+         return true;
+     }},
+    {"--std",
+     [](Options& o, const std::string& v) {
+         o.input.parse.standard = v;
+         return true;
+     }},
+    {"--target",
+     [](Options& o, const std::string& v) {
+         o.input.parse.target = v;
+         return true;
+     }},
+    {"--types",
+     [](Options& o, const std::string& v) { return (o.input.settings.types = parseTypes(v)) != 0; }},
     {"--max-cases", setMaxCases},
-    {"--compiler-option", [](Options& o, const std::string& v) { o.input.parse.compilerOptions.push_back(v); return true; }},
+    {"--compiler-option",
+     [](Options& o, const std::string& v) {
+         o.input.parse.compilerOptions.push_back(v);
+         return true;
+     }},
 };
 constexpr SwitchOption switchOptions[] = {
     {"--headers", [](Options& o) { o.input.settings.headers = true; }},
@@ -85,7 +124,8 @@ bool readOptions(const std::vector<std::string>& arguments, Options& options) {
             if (!known && option.name == name) {
                 if (equals == std::string::npos && ++i >= arguments.size())
                     return false;
-                known = option.set(options, equals == std::string::npos ? arguments[i] : argument.substr(equals + 1));
+                known = option.set(options,
+                                   equals == std::string::npos ? arguments[i] : argument.substr(equals + 1));
             }
         if (!known) {
             complain("veldacc-instrument: bad option " + argument);
@@ -130,12 +170,14 @@ int runSteps(Options& options) {
     for (const std::string& remark : result->remarks)
         complain("note: " + remark);
     if (options.verbose)
-        complain("note: " + options.input.sourceName + (result->usedMap ? ": macros mapped" : ": macros not mapped"));
+        complain("note: " + options.input.sourceName +
+                 (result->usedMap ? ": macros mapped" : ": macros not mapped"));
     if (options.strict && !result->warnings.empty())
         return leftOut;
     if (result->description.empty())
         return compileOriginal;
-    if (!writeFile(options.outputFile, result->text) || !writeFile(options.descriptionFile, result->description)) {
+    if (!writeFile(options.outputFile, result->text) ||
+        !writeFile(options.descriptionFile, result->description)) {
         complain("cannot write " + options.outputFile + " or " + options.descriptionFile);
         return compileOriginal;
     }

@@ -20,7 +20,9 @@ struct Marker {
     bool system = false;
 };
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 std::string_view skipBlanks(std::string_view text) {
     const std::size_t at = text.find_first_not_of(" \t");
@@ -31,8 +33,10 @@ std::string_view skipBlanks(std::string_view text) {
 std::string_view readName(std::string_view rest, std::string& name) {
     std::size_t i = 1;
     for (; i < rest.size() && rest[i] != '"'; ++i) {
-        if (rest[i] == '\\' && i + 3 < rest.size() && isDigit(rest[i + 1]) && isDigit(rest[i + 2]) && isDigit(rest[i + 3])) {
-            name += static_cast<char>((rest[i + 1] - '0') * 64 + (rest[i + 2] - '0') * 8 + (rest[i + 3] - '0'));
+        if (rest[i] == '\\' && i + 3 < rest.size() && isDigit(rest[i + 1]) && isDigit(rest[i + 2]) &&
+            isDigit(rest[i + 3])) {
+            name +=
+                static_cast<char>((rest[i + 1] - '0') * 64 + (rest[i + 2] - '0') * 8 + (rest[i + 3] - '0'));
             i += 3;
         } else {
             if (rest[i] == '\\' && i + 1 < rest.size())
@@ -88,7 +92,8 @@ struct Reader {
 };
 
 std::uint32_t indexOfName(Reader& reader, const std::string& name) {
-    const auto [at, isNew] = reader.nameIndex.try_emplace(name, static_cast<std::uint32_t>(reader.out.names.size()));
+    const auto [at, isNew] =
+        reader.nameIndex.try_emplace(name, static_cast<std::uint32_t>(reader.out.names.size()));
     if (isNew)
         reader.out.names.push_back(name);
     return at->second;
@@ -105,15 +110,16 @@ void followMarker(Reader& reader, const Marker& marker, std::uint32_t nextLine) 
     }
     if (marker.hasName)
         reader.presumedName = marker.name;
-    out.spans.push_back({nextLine, reader.current, marker.line, indexOfName(reader, reader.presumedName), marker.system});
+    out.spans.push_back(
+        {nextLine, reader.current, marker.line, indexOfName(reader, reader.presumedName), marker.system});
 }
 
 // The line that an editor shows for line `line` of what #line calls `name`: the latest renaming that covers it.
 std::uint32_t physicalLine(const std::vector<LineRenaming>& renamings, const std::string& fileName,
                            const std::string& name, std::uint32_t line) {
     std::string present = fileName;
-    std::uint32_t first = 1;   // physical line that the present naming begins with
-    std::uint32_t called = 1;  // and what it is called
+    std::uint32_t first = 1;  // physical line that the present naming begins with
+    std::uint32_t called = 1; // and what it is called
     for (std::size_t i = 0; i <= renamings.size(); ++i) {
         const std::uint32_t end = i < renamings.size() ? renamings[i].physicalLine : 0xFFFFFFFFU;
         if (present == name && line >= called && line - called < end - first)
@@ -158,8 +164,9 @@ MarkedText readMarkers(std::string text) {
 }
 
 Place placeAt(const MarkedText& text, std::uint32_t offset) {
-    const auto after = std::upper_bound(text.spans.begin(), text.spans.end(), offset,
-                                        [](std::uint32_t value, const MarkedSpan& span) { return value < span.offset; });
+    const auto after =
+        std::upper_bound(text.spans.begin(), text.spans.end(), offset,
+                         [](std::uint32_t value, const MarkedSpan& span) { return value < span.offset; });
     if (after == text.spans.begin())
         return {};
     const MarkedSpan& span = *(after - 1);
@@ -169,8 +176,9 @@ Place placeAt(const MarkedText& text, std::uint32_t offset) {
     const std::uint32_t line = span.line + static_cast<std::uint32_t>(lineOf(offset) - lineOf(span.offset));
     const std::vector<LineRenaming>& renamings = text.renamings[span.instance];
     return {span.instance,
-            renamings.empty() ? line
-                              : physicalLine(renamings, text.instances[span.instance].name, text.names[span.name], line),
+            renamings.empty()
+                ? line
+                : physicalLine(renamings, text.instances[span.instance].name, text.names[span.name], line),
             span.system};
 }
 

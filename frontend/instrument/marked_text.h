@@ -21,10 +21,10 @@ namespace veldacc {
 constexpr std::uint32_t noInstance = 0xFFFFFFFFU;
 
 struct FileInstance {
-    std::string name;                   // as the compiler names it
-    std::uint32_t parent = noInstance;  // the instance that includes it
-    std::uint32_t includeLine = 0;      // where, in the parent
-    bool system = false;                // a system header
+    std::string name;                  // as the compiler names it
+    std::uint32_t parent = noInstance; // the instance that includes it
+    std::uint32_t includeLine = 0;     // where, in the parent
+    bool system = false;               // a system header
 };
 
 // The lines behind one marker.
@@ -48,7 +48,7 @@ struct MarkedText {
     std::vector<FileInstance> instances; // the first is the source itself
     std::vector<MarkedSpan> spans;       // ascending
     std::vector<std::string> names;
-    std::vector<std::uint32_t> lineStarts; // ascending
+    std::vector<std::uint32_t> lineStarts;            // ascending
     std::vector<std::vector<LineRenaming>> renamings; // of each instance; empty without #line
 };
 

@@ -22,15 +22,20 @@ typedef long double _Float128;
 
 // What Clang takes for errors by default and gcc for warnings.
 constexpr std::array lenient = {
-    "-Wno-implicit-function-declaration", "-Wno-implicit-int", "-Wno-int-conversion",
-    "-Wno-incompatible-function-pointer-types", "-Wno-incompatible-pointer-types", "-Wno-return-type",
-    "-Wno-deprecated-non-prototype", "-Wno-everything",
+    "-Wno-implicit-function-declaration",
+    "-Wno-implicit-int",
+    "-Wno-int-conversion",
+    "-Wno-incompatible-function-pointer-types",
+    "-Wno-incompatible-pointer-types",
+    "-Wno-return-type",
+    "-Wno-deprecated-non-prototype",
+    "-Wno-everything",
 };
 
 // Options of the user that change how C is read.
 constexpr std::array<std::string_view, 9> passedOn = {
-    "-fms-extensions", "-funsigned-char",     "-fno-signed-char", "-fshort-enums", "-fno-short-enums",
-    "-fshort-wchar",   "-fgnu89-inline", "-fno-gnu-keywords", "-fplan9-extensions",
+    "-fms-extensions", "-funsigned-char", "-fno-signed-char",  "-fshort-enums",      "-fno-short-enums",
+    "-fshort-wchar",   "-fgnu89-inline",  "-fno-gnu-keywords", "-fplan9-extensions",
 };
 
 std::string frontendOption(const std::string& option) {
@@ -49,7 +54,8 @@ struct ErrorKeeper : clang::DiagnosticConsumer {
 
     void HandleDiagnostic(clang::DiagnosticsEngine::Level level, const clang::Diagnostic& info) override {
         clang::DiagnosticConsumer::HandleDiagnostic(level, info);
-        if (level < clang::DiagnosticsEngine::Error || !info.hasSourceManager() || info.getLocation().isInvalid())
+        if (level < clang::DiagnosticsEngine::Error || !info.hasSourceManager() ||
+            info.getLocation().isInvalid())
             return;
         const clang::SourceManager& sources = info.getSourceManager();
         const clang::SourceLocation place = sources.getFileLoc(info.getLocation());
@@ -87,7 +93,8 @@ struct Action : clang::ASTFrontendAction {
         void HandleTranslationUnit(clang::ASTContext& context) override { action.finish(context); }
     };
 
-    std::unique_ptr<clang::ASTConsumer> CreateASTConsumer(clang::CompilerInstance&, llvm::StringRef) override {
+    std::unique_ptr<clang::ASTConsumer> CreateASTConsumer(clang::CompilerInstance&,
+                                                          llvm::StringRef) override {
         return std::make_unique<Consumer>(*this);
     }
 
@@ -106,8 +113,12 @@ struct Action : clang::ASTFrontendAction {
     }
 
     void finish(clang::ASTContext& context) {
-        ParsedUnit unit{context, getCompilerInstance().getPreprocessor(), std::move(tokens),
-                        llvm::DenseMap<unsigned, unsigned>(), std::move(errors.errors), std::move(macroAt)};
+        ParsedUnit unit{context,
+                        getCompilerInstance().getPreprocessor(),
+                        std::move(tokens),
+                        llvm::DenseMap<unsigned, unsigned>(),
+                        std::move(errors.errors),
+                        std::move(macroAt)};
         unit.indexOfLocation.reserve(static_cast<unsigned>(unit.tokens.size()));
         for (unsigned i = 0; i < unit.tokens.size(); ++i)
             unit.indexOfLocation[unit.tokens[i].getLocation().getRawEncoding()] = i;
@@ -126,10 +137,22 @@ std::string targetTriple(const ParseOptions& options) {
 }
 
 std::vector<std::string> makeArguments(const ParseOptions& options) {
-    std::vector<std::string> arguments = {
-        "-triple", targetTriple(options),
-        "-fsyntax-only", "-x", "c", "-std=" + options.standard, "-undef", "-nostdsysteminc", "-nobuiltininc",
-        "-ferror-limit", "0", "-fbracket-depth", "100000", "-fgnuc-version=12.2.0", "-fno-spell-checking", "-fno-caret-diagnostics"};
+    std::vector<std::string> arguments = {"-triple",
+                                          targetTriple(options),
+                                          "-fsyntax-only",
+                                          "-x",
+                                          "c",
+                                          "-std=" + options.standard,
+                                          "-undef",
+                                          "-nostdsysteminc",
+                                          "-nobuiltininc",
+                                          "-ferror-limit",
+                                          "0",
+                                          "-fbracket-depth",
+                                          "100000",
+                                          "-fgnuc-version=12.2.0",
+                                          "-fno-spell-checking",
+                                          "-fno-caret-diagnostics"};
     arguments.insert(arguments.end(), lenient.begin(), lenient.end());
     for (const std::string& option : options.compilerOptions)
         if (std::find(passedOn.begin(), passedOn.end(), option) != passedOn.end())
@@ -141,7 +164,8 @@ std::vector<std::string> makeArguments(const ParseOptions& options) {
 
 } // namespace
 
-bool parseText(const std::string& text, const ParseOptions& options, const std::function<void(ParsedUnit&)>& handler) {
+bool parseText(const std::string& text, const ParseOptions& options,
+               const std::function<void(ParsedUnit&)>& handler) {
     const std::vector<std::string> arguments = makeArguments(options);
     std::vector<const char*> pointers;
     for (const std::string& argument : arguments)

@@ -29,16 +29,17 @@ struct ParseError {
 struct ParsedUnit {
     clang::ASTContext& context;
     clang::Preprocessor& preprocessor;
-    std::vector<clang::Token> tokens;                   // in the order of the text
-    llvm::DenseMap<unsigned, unsigned> indexOfLocation; // encoded location -> token
-    std::vector<ParseError> errors;                     // ascending
+    std::vector<clang::Token> tokens;                          // in the order of the text
+    llvm::DenseMap<unsigned, unsigned> indexOfLocation;        // encoded location -> token
+    std::vector<ParseError> errors;                            // ascending
     llvm::DenseMap<unsigned, const clang::MacroInfo*> macroAt; // encoded location of the use -> definition
 
     [[nodiscard]] const clang::SourceManager& sources() const { return context.getSourceManager(); }
 };
 
 // Parses, and hands the result over; false when Clang could not even begin.
-bool parseText(const std::string& text, const ParseOptions& options, const std::function<void(ParsedUnit&)>& handler);
+bool parseText(const std::string& text, const ParseOptions& options,
+               const std::function<void(ParsedUnit&)>& handler);
 
 // The byte of the text that a location stems from: of macro expansions the place of the use, or of the argument where it
 // is written.

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::array<std::string_view, 5> setjmpNames = {"setjmp", "_setjmp", "sigsetjmp", "__sigsetjmp",
                                                          "__builtin_setjmp"};
-constexpr std::array<std::string_view, 4> builtinPrefixes = {"__builtin_", "__sync_", "__atomic_", "__c11_atomic_"};
+constexpr std::array<std::string_view, 4> builtinPrefixes = {"__builtin_", "__sync_", "__atomic_",
+                                                             "__c11_atomic_"};
 
 std::string_view calledName(const clang::CallExpr* call) {
     const clang::FunctionDecl* callee = call->getDirectCallee();
@@ -83,7 +84,8 @@ struct Scanner {
             result.labels.push_back({label->getDecl(), tokenAt(label->getIdentLoc()), false});
         } else if (const auto* call = llvm::dyn_cast<clang::CallExpr>(statement)) {
             const clang::FunctionDecl* callee = call->getDirectCallee();
-            result.hasSetjmp |= isSetjmpCall(call) || (callee != nullptr && callee->hasAttr<clang::ReturnsTwiceAttr>());
+            result.hasSetjmp |=
+                isSetjmpCall(call) || (callee != nullptr && callee->hasAttr<clang::ReturnsTwiceAttr>());
         } else if (const auto* assembly = llvm::dyn_cast<clang::GCCAsmStmt>(statement)) {
             if (assembly->isAsmGoto())
                 throw CannotInstrument(firstToken(unit, statement), "asm goto");
@@ -113,7 +115,8 @@ struct Scanner {
 std::string pragmaOfParallelCode(const Unit& unit, std::uint32_t first, std::uint32_t last) {
     const std::string_view body = std::string_view(unit.text).substr(
         unit.tokens[first].offset, unit.tokens[last].offset - unit.tokens[first].offset);
-    for (std::size_t at = body.find("#pragma"); at != std::string_view::npos; at = body.find("#pragma", at + 1)) {
+    for (std::size_t at = body.find("#pragma"); at != std::string_view::npos;
+         at = body.find("#pragma", at + 1)) {
         const std::size_t word = body.find_first_not_of(" \t", at + 7);
         for (const std::string_view kind : {"omp", "acc"})
             if (word != std::string_view::npos && body.substr(word, kind.size()) == kind)
@@ -170,8 +173,8 @@ std::vector<const clang::Stmt*> evaluatedParts(const clang::Stmt* statement) {
     }
     if (const auto* choice = llvm::dyn_cast<clang::ChooseExpr>(statement))
         return {choice->getChosenSubExpr()};
-    if (llvm::isa<clang::OffsetOfExpr, clang::TypeTraitExpr, clang::ImplicitValueInitExpr, clang::OpaqueValueExpr>(
-            statement))
+    if (llvm::isa<clang::OffsetOfExpr, clang::TypeTraitExpr, clang::ImplicitValueInitExpr,
+                  clang::OpaqueValueExpr>(statement))
         return parts;
     if (const auto* cast = llvm::dyn_cast<clang::CastExpr>(statement))
         if (cast->getCastKind() == clang::CK_NullToPointer)

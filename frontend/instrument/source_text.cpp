@@ -10,10 +10,12 @@ namespace {
 
 using clang::SourceLocation;
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
 bool isWord(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '$' ||
-           static_cast<unsigned char>(c) >= 0x80;
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+           c == '$' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 // The end of a literal that begins at `at`.
@@ -45,7 +47,8 @@ std::size_t endOfGap(std::string_view text, std::size_t at) {
 }
 
 // Calls `use` with each piece: a word, a literal, a gap made one blank, or another character.
-template <typename Use> void forPieces(std::string_view text, const Use& use) {
+template <typename Use>
+void forPieces(std::string_view text, const Use& use) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t begin = at;
         if (const std::size_t gap = endOfGap(text, at); gap > at) {
@@ -104,7 +107,9 @@ struct Speller {
     const clang::SourceManager& sources = unit.sources();
     const clang::LangOptions& language = unit.context.getLangOpts();
 
-    [[nodiscard]] bool isArgument(SourceLocation at) const { return at.isMacroID() && sources.isMacroArgExpansion(at); }
+    [[nodiscard]] bool isArgument(SourceLocation at) const {
+        return at.isMacroID() && sources.isMacroArgExpansion(at);
+    }
 
     // One level up: from an argument to where its parameter stands, from a macro's body to its use.
     [[nodiscard]] SourceLocation up(SourceLocation at, bool isEnd) const {
@@ -120,8 +125,8 @@ struct Speller {
     }
 
     // The innermost level that holds both tokens.
-    [[nodiscard]] std::optional<std::pair<SourceLocation, SourceLocation>> commonLevel(SourceLocation begin,
-                                                                                       SourceLocation end) const {
+    [[nodiscard]] std::optional<std::pair<SourceLocation, SourceLocation>>
+    commonLevel(SourceLocation begin, SourceLocation end) const {
         for (;;) {
             bool descends = false;
             const std::vector<SourceLocation> ends = levels(end, true);
@@ -160,8 +165,8 @@ struct Speller {
             return rawText(begin, end);
         if (isArgument(begin))
             return textOf(sources.getImmediateSpellingLoc(begin), sources.getImmediateSpellingLoc(end));
-        const std::optional<std::string> body = rawText(sources.getImmediateSpellingLoc(begin),
-                                                        sources.getImmediateSpellingLoc(end));
+        const std::optional<std::string> body =
+            rawText(sources.getImmediateSpellingLoc(begin), sources.getImmediateSpellingLoc(end));
         const clang::CharSourceRange use = sources.getImmediateExpansionRange(begin);
         const auto macro = unit.macroAt.find(use.getBegin().getRawEncoding());
         if (!body || macro == unit.macroAt.end())
@@ -196,8 +201,8 @@ struct Speller {
     }
 
     [[nodiscard]] std::optional<std::string> spell(SourceLocation begin, SourceLocation end) const {
-        const clang::CharSourceRange written =
-            clang::Lexer::makeFileCharRange(clang::CharSourceRange::getTokenRange(begin, end), sources, language);
+        const clang::CharSourceRange written = clang::Lexer::makeFileCharRange(
+            clang::CharSourceRange::getTokenRange(begin, end), sources, language);
         if (written.isValid())
             return clang::Lexer::getSourceText(written, sources, language).str();
         const auto level = commonLevel(begin, end);
@@ -233,7 +238,8 @@ std::string withoutOuterParentheses(std::string text) {
     }
 }
 
-std::string spellRange(const ParsedUnit& unit, std::uint32_t first, std::uint32_t last, std::string_view expanded) {
+std::string spellRange(const ParsedUnit& unit, std::uint32_t first, std::uint32_t last,
+                       std::string_view expanded) {
     const Speller speller{unit};
     const std::optional<std::string> text =
         speller.spell(unit.tokens[first].getLocation(), unit.tokens[last].getLocation());

@@ -17,7 +17,8 @@ namespace veldacc {
 
 // The text from one token of the parse to another; `expanded` is what these tokens are in the compiled text, used where
 // no level holds them.
-std::string spellRange(const ParsedUnit& unit, std::uint32_t first, std::uint32_t last, std::string_view expanded);
+std::string spellRange(const ParsedUnit& unit, std::uint32_t first, std::uint32_t last,
+                       std::string_view expanded);
 
 // On one line, blanks and comments made one blank, none at the ends.
 std::string onOneLine(std::string_view text);

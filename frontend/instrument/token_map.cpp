@@ -4,7 +4,8 @@ namespace veldacc {
 
 std::vector<TextToken> tokenize(const std::string& text, const clang::LangOptions& language) {
     std::vector<TextToken> tokens;
-    clang::Lexer lexer(clang::SourceLocation(), language, text.data(), text.data(), text.data() + text.size());
+    clang::Lexer lexer(clang::SourceLocation(), language, text.data(), text.data(),
+                       text.data() + text.size());
     clang::Token token;
     const auto offsetOf = [&] { return static_cast<std::uint32_t>(lexer.getBufferLocation() - text.data()); };
     bool inDirective = false;

@@ -68,14 +68,15 @@ struct DecisionResult {
     std::vector<ItemRef> hitWhenFalse;
     std::optional<std::vector<std::uint32_t>> whenTrue; // counters whose sum is the number of times it was so
     std::optional<std::vector<std::uint32_t>> whenFalse;
-    std::string atEntry; // hits of constant conditions that evaluation begins with, for the caller to put before it
+    std::string
+        atEntry; // hits of constant conditions that evaluation begins with, for the caller to put before it
 };
 
 // Begins a statement expression that keeps the value of an expression in velda_v; bit-fields have no type of their own.
 std::string valueOpening(const clang::Expr* value);
 
 class FunctionWalk {
-  public:
+public:
     FunctionWalk(const Unit& unit, Edits& edits, HitTarget& target, Service service, std::uint32_t instance);
 
     // Describes and instruments; throws CannotInstrument, and then what it has added has to be taken back.
@@ -83,14 +84,15 @@ class FunctionWalk {
 
     std::vector<std::string> remarks; // compositions left out
 
-  private:
+private:
     using Here = std::optional<std::vector<std::uint32_t>>;
 
     // Statements
     void statement(const clang::Stmt* s);
     void ifStatement(const clang::IfStmt* s, bool isElseIf);
     std::optional<bool> constantCondition(const clang::Expr* e);
-    void thenArm(const clang::IfStmt* s, const std::vector<ItemRef>& items, const Here& known, const std::string& close);
+    void thenArm(const clang::IfStmt* s, const std::vector<ItemRef>& items, const Here& known,
+                 const std::string& close);
     void elseArm(const clang::IfStmt* s, std::vector<ItemRef> items, const Here& known, bool describesElseIf);
     void setjmpIf(const clang::IfStmt* s, bool comesBackToThen, bool isElseIf);
     void whileStatement(const clang::WhileStmt* s);
@@ -104,7 +106,8 @@ class FunctionWalk {
     void fallThrough(const clang::AttributedStmt* s);
     // The statement under a condition: gets braces and a probe at its start.
     void arm(const clang::Stmt* s, const std::string& atStart, const std::string& close = {});
-    void loopBody(const clang::Stmt* body, const DescribedLoop& loop, std::span<const ItemRef> items, const Here& known);
+    void loopBody(const clang::Stmt* body, const DescribedLoop& loop, std::span<const ItemRef> items,
+                  const Here& known);
     DescribedLoop describeLoop(const clang::Stmt* s, const std::string& label, bool hasZero, bool hasItems);
     std::string leavingText(const DescribedLoop& loop);
     void closeLoop(const clang::Stmt* s, const DescribedLoop& loop, const std::string& before);
@@ -131,12 +134,14 @@ class FunctionWalk {
     std::string countConditions(const DecisionTree& tree, const std::vector<Condition>& conditions);
     void hitBefore(const clang::Expr* e, const std::string& hits);
     DecisionResult singleCondition(const DecisionTree& tree, const Condition& condition, ArmProbes arms);
-    void surroundCondition(const Condition& condition, const std::string& whenTrue, const std::string& whenFalse);
+    void surroundCondition(const Condition& condition, const std::string& whenTrue,
+                           const std::string& whenFalse);
     bool compose(const clang::Expr* root, DecisionTree& tree, std::vector<Condition>& conditions,
                  DecisionResult& result);
-    void composeTable(const DecisionTree& tree, const std::vector<Condition>& conditions, TokenRange range, bool leaves,
-                      DecisionResult& result);
-    void composeExpression(const DecisionTree& tree, const std::vector<Condition>& conditions, TokenRange range);
+    void composeTable(const DecisionTree& tree, const std::vector<Condition>& conditions, TokenRange range,
+                      bool leaves, DecisionResult& result);
+    void composeExpression(const DecisionTree& tree, const std::vector<Condition>& conditions,
+                           TokenRange range);
     bool canBeForced(const DecisionTree& tree, const std::vector<Condition>& conditions);
     void useFullOperators(const clang::Expr* e);
 

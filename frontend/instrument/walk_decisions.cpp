@@ -17,7 +17,7 @@ namespace {
 
 using clang::Expr;
 
-constexpr std::size_t mostTerms = 16;       // of a formula that stands for a block
+constexpr std::size_t mostTerms = 16;        // of a formula that stands for a block
 constexpr std::size_t mostTableCells = 4096; // conditions times cases, to add outcomes up from cases
 
 // The x of __extension__ x and __builtin_expect(x, c); none for others.
@@ -50,7 +50,9 @@ Seen see(const Expr* e) {
     }
 }
 
-const Expr* lookThrough(const Expr* e) { return see(e).core; }
+const Expr* lookThrough(const Expr* e) {
+    return see(e).core;
+}
 
 const clang::UnaryOperator* asNot(const Expr* e) {
     const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(e);
@@ -58,12 +60,15 @@ const clang::UnaryOperator* asNot(const Expr* e) {
 }
 
 bool isBitOperator(const clang::BinaryOperator* e) {
-    return e->getOpcode() == clang::BO_And || e->getOpcode() == clang::BO_Or || e->getOpcode() == clang::BO_Xor;
+    return e->getOpcode() == clang::BO_And || e->getOpcode() == clang::BO_Or ||
+           e->getOpcode() == clang::BO_Xor;
 }
 
 // Whether a value is 0 or 1 by its making.
 bool isTruthValue(const Expr* e) {
     e = lookThrough(e);
+    if (!e->getType()->isIntegerType()) // comparisons of vectors are vectors
+        return false;
     if (e->getType()->isBooleanType() || asNot(e) != nullptr)
         return true;
     const auto* binary = llvm::dyn_cast<clang::BinaryOperator>(e);
@@ -94,7 +99,7 @@ std::optional<bool> constantValue(const Expr* e, const clang::ASTContext& contex
         return std::nullopt;
     bool value = false;
     return e->EvaluateAsBooleanCondition(value, context) && !e->HasSideEffects(context) ? std::optional(value)
-                                                                                         : std::nullopt;
+                                                                                        : std::nullopt;
 }
 
 } // namespace
@@ -110,7 +115,9 @@ bool FunctionWalk::isTruthOperator(const Expr* e) {
            isTruthValue(binary->getRHS()) && isDescribed(binary->getOperatorLoc());
 }
 
-bool FunctionWalk::startsDecision(const Expr* e) { return isLogical(e) || isTruthOperator(e); }
+bool FunctionWalk::startsDecision(const Expr* e) {
+    return isLogical(e) || isTruthOperator(e);
+}
 
 // Nodes in prefix order; the walk keeps its own stack, since conditions can be very long.
 void FunctionWalk::buildTree(const Expr* root, DecisionTree& tree, std::vector<Condition>& conditions) {
@@ -139,9 +146,9 @@ void FunctionWalk::buildTree(const Expr* root, DecisionTree& tree, std::vector<C
             full = bitwise;
             const auto* binary = llvm::cast<clang::BinaryOperator>(e);
             const clang::BinaryOperatorKind code = binary->getOpcode();
-            tree.nodes[index].kind = code == clang::BO_Xor                           ? NodeKind::Xor
+            tree.nodes[index].kind = code == clang::BO_Xor                             ? NodeKind::Xor
                                      : code == clang::BO_LAnd || code == clang::BO_And ? NodeKind::And
-                                                                                     : NodeKind::Or;
+                                                                                       : NodeKind::Or;
             open.push_back({binary->getRHS(), index, true});
             open.push_back({binary->getLHS(), index, false});
         } else {
@@ -179,8 +186,11 @@ void FunctionWalk::surroundCondition(const Condition& condition, const std::stri
 
 // Counts each outcome where it happens. Constant conditions stay as they are, so that compilers see them: they are hit on
 // the ways that lead to them. What evaluation begins with is given back.
-std::string FunctionWalk::countConditions(const DecisionTree& tree, const std::vector<Condition>& conditions) {
-    const auto join = [](std::string a, const std::string& b) { return a.empty() || b.empty() ? a + b : a + ',' + b; };
+std::string FunctionWalk::countConditions(const DecisionTree& tree,
+                                          const std::vector<Condition>& conditions) {
+    const auto join = [](std::string a, const std::string& b) {
+        return a.empty() || b.empty() ? a + b : a + ',' + b;
+    };
     std::vector<std::string> constantHits;
     std::string all;
     for (const Condition& condition : conditions) {
@@ -198,7 +208,8 @@ std::string FunctionWalk::countConditions(const DecisionTree& tree, const std::v
     };
     for (std::size_t i = 0; i < conditions.size(); ++i)
         if (!conditions[i].constant)
-            surroundCondition(conditions[i], join(hit(std::array{conditions[i].item}), hitsFrom(branches[i].onTrue)),
+            surroundCondition(conditions[i],
+                              join(hit(std::array{conditions[i].item}), hitsFrom(branches[i].onTrue)),
                               join(hit(std::array{next(conditions[i].item)}), hitsFrom(branches[i].onFalse)));
     return tree.fullEvaluation ? all : hitsFrom(0);
 }
@@ -220,7 +231,8 @@ std::optional<bool> FunctionWalk::constantCondition(const Expr* e) {
     return *conditions[0].constant != negated;
 }
 
-DecisionResult FunctionWalk::singleCondition(const DecisionTree& tree, const Condition& condition, ArmProbes arms) {
+DecisionResult FunctionWalk::singleCondition(const DecisionTree& tree, const Condition& condition,
+                                             ArmProbes arms) {
     DecisionResult result;
     const bool negated = (tree.nodes.size() - 1) % 2 != 0; // only Nots above the one leaf
     if (condition.constant) {
@@ -239,7 +251,8 @@ DecisionResult FunctionWalk::singleCondition(const DecisionTree& tree, const Con
     if (armsCount && arms == ArmProbes::Both)
         result.hitWhenFalse = {isFalse};
     const std::string trueText = armsCount ? std::string{} : hit(std::array{isTrue});
-    const std::string falseText = armsCount && arms == ArmProbes::Both ? std::string{} : hit(std::array{isFalse});
+    const std::string falseText =
+        armsCount && arms == ArmProbes::Both ? std::string{} : hit(std::array{isFalse});
     surroundCondition(condition, negated ? falseText : trueText, negated ? trueText : falseText);
     return result;
 }
@@ -283,7 +296,8 @@ bool FunctionWalk::compose(const Expr* root, DecisionTree& tree, std::vector<Con
         const Place place = placeWithin(unit.marks, placeOfToken(unit, range.first), instance);
         remarks.push_back(unit.marks.instances[instance].name + ':' + std::to_string(place.line) +
                           ": the cases of a decision of " + std::to_string(conditions.size()) +
-                          " conditions are not described: more than " + std::to_string(unit.settings.maxCases));
+                          " conditions are not described: more than " +
+                          std::to_string(unit.settings.maxCases));
         return false;
     }
     if (tree.fullEvaluation)
@@ -293,14 +307,15 @@ bool FunctionWalk::compose(const Expr* root, DecisionTree& tree, std::vector<Con
     return true;
 }
 
-void FunctionWalk::composeTable(const DecisionTree& tree, const std::vector<Condition>& conditions, TokenRange range,
-                                bool leaves, DecisionResult& result) {
+void FunctionWalk::composeTable(const DecisionTree& tree, const std::vector<Condition>& conditions,
+                                TokenRange range, bool leaves, DecisionResult& result) {
     const CaseTable table = makeCaseTable(tree);
     const auto cases = static_cast<std::uint32_t>(table.caseOfPath.size());
     std::vector<std::uint32_t> ids;
     for (const Condition& condition : conditions)
         ids.push_back(condition.item.id);
-    const ItemRef first = addComposition(service, ids, cases, table.letters + ' ' + std::to_string(table.frontier));
+    const ItemRef first =
+        addComposition(service, ids, cases, table.letters + ' ' + std::to_string(table.frontier));
 
     const std::uint32_t counter = reserveCounters(target, cases);
     std::vector<std::uint32_t> counterOfCase(cases);
@@ -309,11 +324,15 @@ void FunctionWalk::composeTable(const DecisionTree& tree, const std::vector<Cond
     const bool shared = target.counters.way == Counting::Shared;
     if (target.counters.way != Counting::Ordered)
         for (std::uint32_t i = 0; i < cases; ++i)
-            giveFormula(target, std::array{ItemRef{first.kind, first.id + i, true}}, std::array{counterOfCase[i]});
+            giveFormula(target, std::array{ItemRef{first.kind, first.id + i, true}},
+                        std::array{counterOfCase[i]});
 
     const bool addUp = shared && !leaves && std::size_t{cases} * conditions.size() <= mostTableCells;
     const std::string path = newLocal();
-    const std::string hits = pathHitText(target, first, counter, scan.hasSetjmp ? '(' + path + '<' + std::to_string(cases) + "u?" + path + ":0u)" : path, table.caseOfPath);
+    const std::string hits =
+        pathHitText(target, first, counter,
+                    scan.hasSetjmp ? '(' + path + '<' + std::to_string(cases) + "u?" + path + ":0u)" : path,
+                    table.caseOfPath);
     surround(edits, range.first, range.last, "((" + path + "=0u,(", "))?(" + hits + ",1):(" + hits + ",0))");
     for (std::size_t i = 0; i < conditions.size(); ++i) {
         std::string whenTrue = addUp ? std::string{} : hit(std::array{conditions[i].item});
@@ -322,7 +341,8 @@ void FunctionWalk::composeTable(const DecisionTree& tree, const std::vector<Cond
             for (std::uint32_t k = 0; k < cases; ++k) {
                 const char letter = table.letters[k * conditions.size() + i];
                 if (letter != 'X')
-                    giveFormula(target, std::array{letter == 'T' ? conditions[i].item : next(conditions[i].item)},
+                    giveFormula(target,
+                                std::array{letter == 'T' ? conditions[i].item : next(conditions[i].item)},
                                 std::array{counterOfCase[k]});
             }
         whenFalse += path + "+=" + std::to_string(table.falseStep[i]) + 'u';
@@ -423,8 +443,8 @@ void FunctionWalk::useFullOperators(const Expr* root) {
             open.push_back(negation->getSubExpr());
         } else if (isLogical(e)) {
             const auto* binary = llvm::cast<clang::BinaryOperator>(e);
-            edits.replacements.push_back({tokenAt(binary->getOperatorLoc(), e),
-                                          binary->getOpcode() == clang::BO_LAnd ? "&" : "|"});
+            edits.replacements.push_back(
+                {tokenAt(binary->getOperatorLoc(), e), binary->getOpcode() == clang::BO_LAnd ? "&" : "|"});
             open.push_back(binary->getLHS());
             open.push_back(binary->getRHS());
         }

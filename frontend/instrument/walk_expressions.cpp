@@ -12,8 +12,8 @@ namespace veldacc {
 namespace {
 
 // Functions that do not come back even where their declaration does not say so.
-constexpr std::array<std::string_view, 9> leavingNames = {"exit",    "_exit",    "_Exit",      "quick_exit", "abort",
-                                                          "longjmp", "_longjmp", "siglongjmp", "__longjmp_chk"};
+constexpr std::array<std::string_view, 9> leavingNames = {
+    "exit", "_exit", "_Exit", "quick_exit", "abort", "longjmp", "_longjmp", "siglongjmp", "__longjmp_chk"};
 
 bool neverReturns(const clang::CallExpr* call) {
     if (const clang::FunctionDecl* callee = call->getDirectCallee()) {
@@ -76,7 +76,8 @@ void FunctionWalk::expression(const clang::Stmt* e) {
         binaryConditional(binary);
     else if (const auto* statements = llvm::dyn_cast<clang::StmtExpr>(e))
         statementExpression(statements);
-    else if (const auto* logical = llvm::dyn_cast<clang::BinaryOperator>(e); logical != nullptr && logical->isLogicalOp()) {
+    else if (const auto* logical = llvm::dyn_cast<clang::BinaryOperator>(e);
+             logical != nullptr && logical->isLogicalOp()) {
         expression(logical->getLHS()); // of a system header's macro: no decision of the user
         maybeEvaluated(logical->getRHS());
     } else
@@ -103,7 +104,8 @@ void FunctionWalk::call(const clang::CallExpr* e) {
     const clang::FunctionDecl* function = e->getDirectCallee();
     const Lines lines = linesOf(first(e), tokenAt(e->getRParenLoc(), e));
     std::vector<ItemRef> items = {addCall(
-        service, function != nullptr ? function->getNameAsString() : textOf(e->getCallee()->IgnoreImpCasts()), lines)};
+        service, function != nullptr ? function->getNameAsString() : textOf(e->getCallee()->IgnoreImpCasts()),
+        lines)};
     if (neverReturns(e))
         items.push_back(addProcedureItem(service, "term", lines));
 

@@ -10,9 +10,13 @@ namespace veldacc {
 
 namespace {
 
-std::string asStatement(const std::string& expression) { return expression.empty() ? expression : expression + ';'; }
+std::string asStatement(const std::string& expression) {
+    return expression.empty() ? expression : expression + ';';
+}
 
-bool isIf(const clang::Stmt* s) { return llvm::isa_and_nonnull<clang::IfStmt>(s); }
+bool isIf(const clang::Stmt* s) {
+    return llvm::isa_and_nonnull<clang::IfStmt>(s);
+}
 
 // The call of setjmp that a condition tests, and what the condition is when setjmp gives 0: `setjmp(e)`, `!setjmp(e)`,
 // `setjmp(e) == 0`, `(r = setjmp(e)) != 0`.
@@ -35,7 +39,8 @@ std::optional<bool> valueOfFirstReturn(const clang::Expr* e, const clang::ASTCon
     clang::Expr::EvalResult constant;
     const bool onLeft = valueOfFirstReturn(binary->getLHS(), context).has_value();
     const clang::Expr* other = onLeft ? binary->getRHS() : binary->getLHS();
-    if ((!onLeft && !valueOfFirstReturn(binary->getRHS(), context)) || !other->EvaluateAsInt(constant, context))
+    if ((!onLeft && !valueOfFirstReturn(binary->getRHS(), context)) ||
+        !other->EvaluateAsInt(constant, context))
         return std::nullopt;
     return (constant.Val.getInt() == 0) == (binary->getOpcode() == clang::BO_EQ);
 }
@@ -43,7 +48,8 @@ std::optional<bool> valueOfFirstReturn(const clang::Expr* e, const clang::ASTCon
 } // namespace
 
 FunctionWalk::FunctionWalk(const Unit& of, Edits& into, HitTarget& hits, Service in, std::uint32_t file)
-    : unit(of), edits(into), target(hits), service(std::move(in)), instance(file), context(of.parsed.context) {}
+    : unit(of), edits(into), target(hits), service(std::move(in)), instance(file),
+      context(of.parsed.context) {}
 
 void FunctionWalk::run(const clang::FunctionDecl* function) {
     scan = scanFunction(unit, function);
@@ -68,8 +74,9 @@ void FunctionWalk::run(const clang::FunctionDecl* function) {
     settleJumps();
     std::string declarations;
     for (std::uint32_t i = 0; i < locals; ++i)
-        declarations += (i == 0 ? std::string(scan.hasSetjmp ? "volatile unsigned int " : "unsigned int ") : ",") +
-                        "velda_l" + std::to_string(i);
+        declarations +=
+            (i == 0 ? std::string(scan.hasSetjmp ? "volatile unsigned int " : "unsigned int ") : ",") +
+            "velda_l" + std::to_string(i);
     edits.behind[start].text = asStatement(declarations) + atStart;
 }
 
@@ -142,7 +149,8 @@ void FunctionWalk::ifStatement(const clang::IfStmt* s, bool isElseIf) {
     }
     const Lines thenLines = linesOf(s->getThen());
     const ItemRef thenItem = addBlock(service, "simple", isElseIf ? "ELSEIF" : "THEN", thenLines);
-    const bool elseIsIf = isIf(s->getElse()) && isDescribed(llvm::cast<clang::IfStmt>(s->getElse())->getIfLoc());
+    const bool elseIsIf =
+        isIf(s->getElse()) && isDescribed(llvm::cast<clang::IfStmt>(s->getElse())->getIfLoc());
     std::vector<ItemRef> elseItems;
     if (s->getElse() == nullptr)
         elseItems.push_back(addBlock(service, "implicit", "ELSE", linesOf(s)));
@@ -176,7 +184,8 @@ void FunctionWalk::thenArm(const clang::IfStmt* s, const std::vector<ItemRef>& i
     statement(s->getThen());
 }
 
-void FunctionWalk::elseArm(const clang::IfStmt* s, std::vector<ItemRef> items, const Here& known, bool describesElseIf) {
+void FunctionWalk::elseArm(const clang::IfStmt* s, std::vector<ItemRef> items, const Here& known,
+                           bool describesElseIf) {
     arm(s->getElse(), enter(items, known));
     if (describesElseIf)
         ifStatement(llvm::cast<clang::IfStmt>(s->getElse()), true);
@@ -188,7 +197,8 @@ void FunctionWalk::setjmpIf(const clang::IfStmt* s, bool comesBackToThen, bool i
     const std::string_view thenLabel = isElseIf ? "ELSEIF" : "THEN";
     const ItemRef thenItem = comesBackToThen ? addBlock(service, "atc", "LONGJMP", linesOf(s->getThen()))
                                              : addBlock(service, "simple", thenLabel, linesOf(s->getThen()));
-    const bool elseIsIf = isIf(s->getElse()) && isDescribed(llvm::cast<clang::IfStmt>(s->getElse())->getIfLoc());
+    const bool elseIsIf =
+        isIf(s->getElse()) && isDescribed(llvm::cast<clang::IfStmt>(s->getElse())->getIfLoc());
     std::vector<ItemRef> elseItems;
     if (s->getElse() == nullptr)
         elseItems.push_back(addBlock(service, "implicit", "ELSE", linesOf(s)));
@@ -210,7 +220,8 @@ void FunctionWalk::setjmpIf(const clang::IfStmt* s, bool comesBackToThen, bool i
 
 // ---- loops
 
-DescribedLoop FunctionWalk::describeLoop(const clang::Stmt* s, const std::string& label, bool hasZero, bool hasItems) {
+DescribedLoop FunctionWalk::describeLoop(const clang::Stmt* s, const std::string& label, bool hasZero,
+                                         bool hasItems) {
     DescribedLoop loop;
     loop.range = {first(s), last(s)};
     loop.hasZero = hasZero;
@@ -241,14 +252,14 @@ DescribedLoop FunctionWalk::describeLoop(const clang::Stmt* s, const std::string
 std::string FunctionWalk::leavingText(const DescribedLoop& loop) {
     if (!loop.counted)
         return {};
-    const std::string index = loop.hasZero ? '(' + loop.turns + ">1u?2u:" + loop.turns + ')' : '(' + loop.turns + ">1u)";
+    const std::string index =
+        loop.hasZero ? '(' + loop.turns + ">1u?2u:" + loop.turns + ')' : '(' + loop.turns + ">1u)";
     return indexedHitText(target, loop.first, loop.counter, index) + ';';
 }
 
-void FunctionWalk::loopBody(const clang::Stmt* body, const DescribedLoop& loop, std::span<const ItemRef> items,
-                            const Here& known) {
-    const std::string turn =
-        loop.counted ? "if(" + loop.turns + "<2u)" + loop.turns + "++;" : std::string{};
+void FunctionWalk::loopBody(const clang::Stmt* body, const DescribedLoop& loop,
+                            std::span<const ItemRef> items, const Here& known) {
+    const std::string turn = loop.counted ? "if(" + loop.turns + "<2u)" + loop.turns + "++;" : std::string{};
     arm(body, turn + enter(items, known));
     statement(body);
 }
@@ -350,7 +361,8 @@ void FunctionWalk::switchStatement(const clang::SwitchStmt* s) {
     const bool described = isDescribed(s->getSwitchLoc());
     bool hasDefault = false;
     std::vector<std::uint32_t> labelTokens;
-    for (const clang::SwitchCase* label = s->getSwitchCaseList(); label != nullptr; label = label->getNextSwitchCase()) {
+    for (const clang::SwitchCase* label = s->getSwitchCaseList(); label != nullptr;
+         label = label->getNextSwitchCase()) {
         hasDefault |= llvm::isa<clang::DefaultStmt>(label);
         labelTokens.push_back(tokenAt(label->getKeywordLoc(), label));
     }
@@ -396,7 +408,8 @@ void FunctionWalk::labels(const clang::Stmt* s) {
             const ItemRef taken =
                 addOneOutcome(service, spelling(unit, keyword, colon - 1), linesOf(keyword, colon - 1));
             // Reached from the switch only, not by falling through.
-            const std::string hits = hitStatement(std::array{taken}) + enterLoops(openSwitches.back().first, keyword);
+            const std::string hits =
+                hitStatement(std::array{taken}) + enterLoops(openSwitches.back().first, keyword);
             if (!hits.empty())
                 surround(edits, keyword, colon, "if(0){", hits + "}");
         } else {
@@ -412,7 +425,8 @@ void FunctionWalk::labels(const clang::Stmt* s) {
         for (const std::uint32_t label : openSwitches.back().labels)
             if (label > colon && label <= end)
                 end = label - 1;
-        const ItemRef item = addBlock(service, "simple", hasDefault ? "DEFAULT" : "CASE", linesOf(firstLabel, end));
+        const ItemRef item =
+            addBlock(service, "simple", hasDefault ? "DEFAULT" : "CASE", linesOf(firstLabel, end));
         edits.behind.push_back({colon, asStatement(reach(std::array{item}))});
         groups.push_back({{colon + 1, end}, item});
     }
@@ -463,7 +477,6 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
     }
 }
 
-
 std::string FunctionWalk::leaveAllLoops() {
     std::string text;
     for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop)
@@ -505,9 +518,13 @@ void FunctionWalk::computedGoto(const clang::IndirectGotoStmt* s) {
     std::string hits;
     const auto whenGoingTo = [&](const std::string& effect, const auto& concerns) {
         std::string test;
-        for (const LabelPlace& label : scan.labels)
-            if (label.addressTaken && concerns(label.token))
-                test += (test.empty() ? "" : "||") + std::string("velda_g==&&") + label.label->getNameAsString();
+        for (const LabelPlace& label : scan.labels) {
+            if (!label.addressTaken || !concerns(label.token))
+                continue;
+            if (label.label->isGnuLocal())
+                throw CannotInstrument(from, "computed goto among local labels"); // not seen from everywhere
+            test += (test.empty() ? "" : "||") + std::string("velda_g==&&") + label.label->getNameAsString();
+        }
         if (!test.empty() && !effect.empty())
             hits += "if(" + test + "){" + effect + "}";
     };
@@ -515,7 +532,8 @@ void FunctionWalk::computedGoto(const clang::IndirectGotoStmt* s) {
         whenGoingTo(leavingText(*loop), [&](std::uint32_t to) { return !loop->range.holds(to); });
     for (std::size_t i = 0; i < scan.loops.size(); ++i)
         if (!scan.loops[i].range.holds(from))
-            whenGoingTo(turnLocals[i].second + "=1u;", [&](std::uint32_t to) { return scan.loops[i].range.holds(to); });
+            whenGoingTo(turnLocals[i].second + "=1u;",
+                        [&](std::uint32_t to) { return scan.loops[i].range.holds(to); });
     if (!hits.empty()) {
         edits.surroundings[place].open = "__extension__({const void*velda_g=(";
         edits.surroundings[place].close = ");" + hits + "(void*)velda_g;})";
@@ -539,7 +557,9 @@ void FunctionWalk::settleJumps() {
 
 // `__attribute__((fallthrough));` has to stand before a label; behind probes it does not.
 void FunctionWalk::fallThrough(const clang::AttributedStmt* s) {
-    const auto isFallThrough = [](const clang::Attr* attribute) { return llvm::isa<clang::FallThroughAttr>(attribute); };
+    const auto isFallThrough = [](const clang::Attr* attribute) {
+        return llvm::isa<clang::FallThroughAttr>(attribute);
+    };
     if (std::none_of(s->getAttrs().begin(), s->getAttrs().end(), isFallThrough))
         return;
     std::uint32_t token = tokenAt(s->getAttrLoc(), s);
@@ -554,9 +574,13 @@ void FunctionWalk::fallThrough(const clang::AttributedStmt* s) {
 
 // ---- probes
 
-std::string FunctionWalk::hit(std::span<const ItemRef> items) { return hitText(target, items); }
+std::string FunctionWalk::hit(std::span<const ItemRef> items) {
+    return hitText(target, items);
+}
 
-std::string FunctionWalk::hitStatement(std::span<const ItemRef> items) { return asStatement(hit(items)); }
+std::string FunctionWalk::hitStatement(std::span<const ItemRef> items) {
+    return asStatement(hit(items));
+}
 
 std::string FunctionWalk::reach(std::span<const ItemRef> items) {
     const auto isDescribedItem = [](const ItemRef& item) { return item.described; };
@@ -577,7 +601,9 @@ std::string FunctionWalk::enter(std::span<const ItemRef> items, const Here& know
     return asStatement(reach(items));
 }
 
-std::string FunctionWalk::newLocal() { return "velda_l" + std::to_string(locals++); }
+std::string FunctionWalk::newLocal() {
+    return "velda_l" + std::to_string(locals++);
+}
 
 // ---- places
 
@@ -588,7 +614,9 @@ std::uint32_t FunctionWalk::tokenAt(clang::SourceLocation location, const clang:
     return token;
 }
 
-std::uint32_t FunctionWalk::first(const clang::Stmt* s) { return tokenAt(s->getBeginLoc(), s); }
+std::uint32_t FunctionWalk::first(const clang::Stmt* s) {
+    return tokenAt(s->getBeginLoc(), s);
+}
 
 std::uint32_t FunctionWalk::last(const clang::Stmt* s) {
     const std::uint32_t token = lastToken(unit, s);
@@ -608,7 +636,9 @@ Lines FunctionWalk::linesOf(std::uint32_t firstToken, std::uint32_t lastToken) {
     return {begin.line, std::max(begin.line, end.line)};
 }
 
-Lines FunctionWalk::linesOf(const clang::Stmt* s) { return linesOf(first(s), last(s)); }
+Lines FunctionWalk::linesOf(const clang::Stmt* s) {
+    return linesOf(first(s), last(s));
+}
 
 std::string FunctionWalk::textOf(const clang::Stmt* s) {
     return withoutOuterParentheses(spelling(unit, first(s), tokenAt(s->getEndLoc(), s)));
