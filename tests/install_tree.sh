@@ -75,7 +75,7 @@ fi
 
 # The examples of the pages run where they say so, without warnings. One of them is a response file.
 for page in "${pages[@]}"; do
-    sed -n '/^# EXAMPLES/,/^# [^E]/p' "$source/docs/man/$page.1.scd" | sed 's/\\\(.\)/\1/g'
+    sed -n '/^# EXAMPLES/,/^# [A-DF-Z]/p' "$source/docs/man/$page.1.scd" | sed 's/\\\(.\)/\1/g'
 done | awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
 for example in example*; do
     if grep -q '^#' "$example"; then
