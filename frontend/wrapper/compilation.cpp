@@ -41,10 +41,6 @@ private:
     pid_t process_;
 };
 
-bool isClang(const CommandLine& line) {
-    return baseName(line.compiler).find("clang") != std::string::npos;
-}
-
 void copyTo(std::FILE* stream, const std::string& file) {
     const std::string text = readFile(file).value_or("");
     static_cast<void>(std::fwrite(text.data(), 1, text.size(), stream));

@@ -361,6 +361,10 @@ private:
 
 } // namespace
 
+bool isClang(const CommandLine& line) {
+    return baseName(line.compiler).find("clang") != std::string::npos;
+}
+
 std::string baseName(const std::string& path) {
     return path.substr(path.find_last_of('/') + 1);
 }

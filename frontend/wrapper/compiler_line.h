@@ -74,6 +74,9 @@ struct CommandLine {
 // `words` begin with the compiler or with a launcher. They must not be empty.
 CommandLine readCommandLine(const Words& words);
 
+// As far as its name tells.
+bool isClang(const CommandLine& line);
+
 // The last part of a path; a name without its last suffix.
 std::string baseName(const std::string& path);
 std::string withoutSuffix(const std::string& path);

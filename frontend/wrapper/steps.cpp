@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <string_view>
 
 namespace veldacc {
 
@@ -106,6 +107,32 @@ void appendDependencyNames(Words& words, const CommandLine& line, const std::str
     }
 }
 
+// Options of gcc with which a compilation leaves further files, named after its output.
+constexpr std::array<std::string_view, 6> sideOptions = {
+    "--coverage", "-ftest-coverage", "-fprofile-", "-fstack-usage", "-fcallgraph-info", "-gsplit-dwarf"};
+
+// In a call that links, too, those files are named after the program, while the object stands elsewhere.
+void appendSideNames(Words& words, const CommandLine& line, const std::string& source) {
+    const bool leaves = std::any_of(words.begin(), words.end(), [](const std::string& word) {
+        return std::any_of(sideOptions.begin(), sideOptions.end(),
+                           [&](std::string_view option) { return word.starts_with(option); });
+    });
+    if (line.product != Product::Program || !leaves || isClang(line)) {
+        return;
+    }
+    const std::string program = line.output.value_or("a");
+    const std::string_view executable = ".exe";
+    const std::string stem =
+        program.ends_with(executable) ? program.substr(0, program.size() - executable.size()) : program;
+    // x and not x-x for the program x of x.c alone.
+    const bool same = line.cSources().size() == 1 && baseName(stem) == withoutSuffix(source);
+    append(words, {"-dumpdir", same ? stem.substr(0, stem.size() - baseName(stem).size()) : stem + "-",
+                   "-dumpbase", source});
+    if (source.ends_with(".c")) {
+        append(words, {"-dumpbase-ext", ".c"});
+    }
+}
+
 bool isDependencyOption(const Argument& argument) {
     return argument.role == Role::Dependency;
 }
@@ -170,6 +197,7 @@ Words checkCommand(const CommandLine& line, const Argument& source, const std::s
 
 Words compileCommand(const CommandLine& line, const std::string& text, const std::string& object) {
     Words words = commonWords(line, Step::Compile);
+    appendSideNames(words, line, baseName(text));
     append(words, {"-w", stageOf(line.product), "-x", "cpp-output", text, "-o", object});
     return words;
 }
