@@ -230,7 +230,7 @@ std::optional<InstrumentedSource> instrument(const SourceInput& input) {
                 tokens = tokenize(input.text, parsed.context.getLangOpts());
             if (!tokensAgree(parsed, input.text, tokens))
                 return;
-            const MarkedText marks = readMarkers(parsedText);
+            const MarkedText marks = readMarkers(parsedText, input.sourceName);
             instrumentUnit(input, Unit{parsed, marks, input.text, tokens, input.settings}, result);
             result.usedMap = isMap;
             done = true;

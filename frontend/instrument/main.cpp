@@ -96,6 +96,7 @@ constexpr ValueOption valueOptions[] = {
     {"--compiler-option",
      [](Options& o, const std::string& v) {
          o.input.parse.compilerOptions.push_back(v);
+         o.input.settings.overflowTraps |= v == "-ftrapv" || v.starts_with("-fsanitize");
          return true;
      }},
 };

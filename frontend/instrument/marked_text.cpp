@@ -136,7 +136,7 @@ std::uint32_t physicalLine(const std::vector<LineRenaming>& renamings, const std
 
 } // namespace
 
-MarkedText readMarkers(std::string text) {
+MarkedText readMarkers(std::string text, const std::string& source) {
     MarkedText out;
     out.text = std::move(text);
     Reader reader{out, {}, noInstance, {}};
@@ -150,6 +150,8 @@ MarkedText readMarkers(std::string text) {
                 followMarker(reader, *marker, static_cast<std::uint32_t>(end + 1));
         at = end + 1;
     }
+    if (!out.instances.empty())
+        out.instances[0].name = source; // some preprocessors begin with a name of their own
     out.renamings.resize(out.instances.size());
     std::vector<bool> renamed(out.instances.size());
     for (const MarkedSpan& span : out.spans) {

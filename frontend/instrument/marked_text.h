@@ -58,8 +58,8 @@ struct Place {
     bool system = false;
 };
 
-// Takes a text apart. The files that markers name are read where a #line occurs in them.
-MarkedText readMarkers(std::string text);
+// Takes a text apart; `source` is what the compiler was given. It is read, and so are files that #line lines occur in.
+MarkedText readMarkers(std::string text, const std::string& source);
 
 Place placeAt(const MarkedText& text, std::uint32_t offset);
 

@@ -177,6 +177,7 @@ bool parseText(const std::string& text, const ParseOptions& options,
     auto invocation = std::make_shared<clang::CompilerInvocation>();
     if (!clang::CompilerInvocation::CreateFromArgs(*invocation, pointers, *diagnostics))
         return false;
+    clang::ProcessWarningOptions(*diagnostics, invocation->getDiagnosticOpts());
     const std::unique_ptr<llvm::MemoryBuffer> buffer = llvm::MemoryBuffer::getMemBuffer(text, "text.c");
     invocation->getPreprocessorOpts().addRemappedFile("text.c", buffer.get());
     invocation->getPreprocessorOpts().RetainRemappedFileBuffers = true;

@@ -17,6 +17,7 @@ namespace veldacc {
 struct Settings {
     bool forced = false;
     bool headers = false;
+    bool overflowTraps = false; // -ftrapv and the sanitizers
     std::uint32_t types = allTypes;
     std::uint64_t maxCases = 1000;
     Counting way = Counting::Shared;

@@ -395,7 +395,7 @@ void addDereferenced(const clang::Stmt* e, std::vector<const clang::ValueDecl*>&
 }
 
 // Whether evaluating an expression that the program would have skipped can neither change nor break anything.
-bool isHarmless(const clang::Stmt* e, const std::vector<const clang::ValueDecl*>& known) {
+bool isHarmless(const clang::Stmt* e, const std::vector<const clang::ValueDecl*>& known, bool overflowTraps) {
     const auto* value = llvm::dyn_cast<Expr>(e);
     if (value == nullptr || value->getType().isVolatileQualified())
         return false;
@@ -405,22 +405,25 @@ bool isHarmless(const clang::Stmt* e, const std::vector<const clang::ValueDecl*>
         return true;
     if (const auto* member = llvm::dyn_cast<clang::MemberExpr>(e)) {
         if (!member->isArrow())
-            return isHarmless(member->getBase(), known);
+            return isHarmless(member->getBase(), known, overflowTraps);
         const auto* base = llvm::dyn_cast<clang::DeclRefExpr>(member->getBase()->IgnoreParenImpCasts());
         return base != nullptr && std::find(known.begin(), known.end(), base->getDecl()) != known.end();
     }
     if (const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(e)) {
         const clang::UnaryOperatorKind code = unary->getOpcode();
         return (code == clang::UO_LNot || code == clang::UO_Not || code == clang::UO_Extension) &&
-               isHarmless(unary->getSubExpr(), known);
+               isHarmless(unary->getSubExpr(), known, overflowTraps);
     }
     if (const auto* binary = llvm::dyn_cast<clang::BinaryOperator>(e)) {
-        const bool computes = binary->isAdditiveOp() && binary->getType()->isUnsignedIntegerType();
+        // Of signed numbers, too: an overflow stays unseen unless the compiler was asked to look for it.
+        const bool computes = binary->isAdditiveOp() && binary->getType()->isIntegerType() &&
+                              (!overflowTraps || binary->getType()->isUnsignedIntegerType());
         return (binary->isComparisonOp() || binary->isLogicalOp() || isBitOperator(binary) || computes) &&
-               isHarmless(binary->getLHS(), known) && isHarmless(binary->getRHS(), known);
+               isHarmless(binary->getLHS(), known, overflowTraps) &&
+               isHarmless(binary->getRHS(), known, overflowTraps);
     }
     if (llvm::isa<clang::ParenExpr, clang::ImplicitCastExpr, clang::CStyleCastExpr, clang::ConstantExpr>(e))
-        return isHarmless(*e->child_begin(), known);
+        return isHarmless(*e->child_begin(), known, overflowTraps);
     return false;
 }
 
@@ -429,8 +432,9 @@ bool isHarmless(const clang::Stmt* e, const std::vector<const clang::ValueDecl*>
 bool FunctionWalk::canBeForced(const DecisionTree&, const std::vector<Condition>& conditions) {
     std::vector<const clang::ValueDecl*> known;
     addDereferenced(conditions[0].expression, known);
-    return std::all_of(conditions.begin(), conditions.end(),
-                       [&](const Condition& condition) { return isHarmless(condition.expression, known); });
+    return std::all_of(conditions.begin(), conditions.end(), [&](const Condition& condition) {
+        return isHarmless(condition.expression, known, unit.settings.overflowTraps);
+    });
 }
 
 // && and || of the decision become & and |; its conditions are 0 or 1 by then.
