@@ -1,8 +1,9 @@
 """Makes random programs (see program.py) in which C leaves nothing open: operands whose order is not fixed neither change
 what the other reads, nor both hit where one of them may not come back; values stay small; loops end."""
 
-from program import (Assignment, Binary, Block, Call, Choice, Comma, ComesBack, Constant, Evaluate, Expect,
-                     Function, Group, If, Jump, Leave, Library, Logical, Loop, MacroStatement, MacroUse, Not, Program, Return, Switch, Variable)
+from program import (Assignment, Binary, Block, Call, Cast, Choice, ComesBack, Comma, Constant, Declarations, Element,
+                     Evaluate, Expect, Function, Group, If, Jump, Leave, Library, Logical, Loop, MacroStatement,
+                     MacroUse, Member, Not, Program, Return, SizeOf, StatementExpression, Switch, Variable)
 
 HEAD = """#include <setjmp.h>
 #include <stdio.h>
@@ -15,7 +16,8 @@ HEAD = """#include <setjmp.h>
 #define WHEN(c, x) do { if (c) out(x); } while (0)
 
 enum { ONE = 1 };
-static int g0, g1, g2, armed;
+struct pair { int first, second; };
+static int g0, g1, g2, armed, cells[4];
 static jmp_buf env;
 """
 OUT = frozenset(["OUT"])
@@ -65,6 +67,7 @@ class Maker:
         self.deadly = []  # functions that never return
         self.number = 0
         self.macros = False
+        self.deadly_now = False
 
     def fresh(self, prefix):
         self.number += 1
@@ -121,9 +124,33 @@ class Maker:
             return self.call(depth - 1)
         if choice < 0.80:
             return self.choice(depth - 1)
-        if choice < 0.84:
+        if choice < 0.87:
+            return self.unusual(depth - 1)
+        if choice < 0.90:
             return Comma(self.assignment(depth - 1), self.number_expression(depth - 1))
         return self.truth(depth)
+
+    def unusual(self, depth):
+        choice = self.random.random()
+        if choice < 0.3:
+            return Cast(self.random.choice(["_Bool", "short", "long"]), self.number_expression(depth))
+        if choice < 0.4:
+            return SizeOf(Logical("&&", self.operand(depth), self.operand(depth)))
+        if choice < 0.55 and not self.macros:
+            return Member(*self.pair(lambda: self.number_expression(depth)), self.random.choice(["first", "second"]))
+        if choice < 0.7 or self.macros:
+            return Element(self.number_expression(depth))
+        statements = [Evaluate(self.assignment(depth)) for _ in range(self.random.randint(0, 2))]
+        jump = None
+        if self.chance(0.5) and not self.deadly_now:
+            jump = Jump("goto", "done")
+            if not self.labels or self.chance(0.5):
+                jump = Return(self.simple() if self.result == "int" else None)
+            statements.append(If(self.operand(depth), Block([jump])))
+        result = self.number_expression(depth)
+        made = StatementExpression(statements, result, [*expressions(Block(statements)), result])
+        made.leaves |= jump is not None
+        return made
 
     def changing(self, depth):
         part = self.number_expression(depth)
@@ -131,6 +158,8 @@ class Maker:
 
     def assignment(self, depth):
         target = self.random.choice(self.variables(assigned=True))
+        if self.chance(0.1):
+            target = Element(self.random.choice([self.simple, lambda: self.truth(depth)])())
         operator = self.random.choice(["=", "=", "+=", "-=", "++", "--", "++x"])
         if target.truth:
             operator = "="
@@ -138,9 +167,9 @@ class Maker:
             return Assignment(target, operator)
         for _ in range(4):
             part = Binary("%", self.number_expression(depth), Constant(16))
-            if not target.reads & part.writes:
+            if not conflict(target, part) and not (target.reads | part.reads) & part.writes:
                 return Assignment(target, operator, part)
-        return Assignment(target, "=", self.simple())
+        return Assignment(Variable("g0"), "=", self.simple())
 
     def call(self, depth):
         if not self.callable:
@@ -228,6 +257,8 @@ class Maker:
     def body(self, depth):
         if self.chance(0.25):
             return self.plain_statement()
+        if self.chance(0.15):
+            return self.random.choice([self.if_statement, self.loop, self.switch])(depth)
         statements = self.statements(depth, 3)
         if self.chance(0.06):
             statements.append(self.jump())
@@ -255,6 +286,8 @@ class Maker:
         return self.return_statement()
 
     def return_statement(self):
+        if self.deadly_now:
+            return Evaluate(self.assignment(1))
         return Return(self.number_expression(2) if self.result == "int" else None)
 
     def statement(self, depth):
@@ -274,8 +307,14 @@ class Maker:
         if choice < 0.78:
             return Block([Evaluate(self.truth(2) if self.chance(0.5) else self.number_expression(3),
                                    (self.random.choice(["int", "_Bool"]), self.fresh("v")))] + self.statements(depth - 1, 2))
-        if choice < 0.80:
+        if choice < 0.79:
             return Block(self.statements(depth - 1))
+        if choice < 0.81:
+            if self.chance(0.3):
+                declared = Declarations([self.fresh("v")], [Binary("+", self.truth(2), Constant(1))], is_array=True)
+            else:
+                declared = Declarations([self.fresh("v"), self.fresh("v")], [self.number_expression(2), self.truth(2)])
+            return Block([declared, *self.statements(depth - 1, 2)])
         if choice < 0.88:
             return Evaluate(Call(self.functions[0], [self.number_expression(3)]))
         if choice < 0.91:
@@ -304,6 +343,8 @@ class Maker:
         return If(condition, Block([Evaluate(way)]) if self.chance(0.5) else Evaluate(way))
 
     def if_statement(self, depth, is_else=False):
+        if depth < 0:
+            return self.plain_statement()
         then = self.body(depth - 1)
         other = None
         choice = self.random.random()
@@ -311,11 +352,15 @@ class Maker:
             other = self.body(depth - 1)
         elif choice < 0.5:
             other = self.if_statement(depth - 1, True) if depth > 1 else None
-        if other and not isinstance(then, Block):
+        if isinstance(other, If):
+            other.is_else = True
+        if other and ends_open(then):
             then = Block([then])
         return If(self.condition(3, constants=True), then, other, is_else)
 
     def loop(self, depth):
+        if depth < 0:
+            return self.plain_statement()
         turns = self.random.randint(0, 4)
         word = self.random.choice(["WHILE", "FOR", "DO"])
         name = self.fresh("i" if word == "FOR" else "t")
@@ -391,7 +436,7 @@ class Maker:
         labels = [(label, place + len(declarations)) for label, place in labels]
         function = Function(name, self.result, parameters, Block(declarations + statements, labels))
         parts = list(expressions(function.body))
-        names = frozenset(["g0", "g1", "g2", "armed", "OUT"])
+        names = frozenset(["g0", "g1", "g2", "armed", "cells", "OUT"])
         function.reads = frozenset().union(*(part.reads for part in parts)) & names
         function.writes = frozenset().union(*(part.writes for part in parts)) & names
         function.leaves = any(part.leaves for part in parts)
@@ -421,10 +466,12 @@ class Maker:
 
     def deadly_function(self):
         self.begin_function("void", ["x"])
+        self.deadly_now = True
         jump = Call(Library("longjmp", leave_by_longjmp, True), [Literal("env"), Constant(1)])
         leave = Call(Library("exit", leave_by_exit, True), [self.number_expression(1)])
         condition = Logical("&&", Variable("armed"), self.operand(2))
         function = self.end_function(self.fresh("f"), ["x"], self.statements(1, 2) + [If(condition, Evaluate(jump)), Evaluate(leave)])
+        self.deadly_now = False
         function.never_returns = True
         function.head = "_Noreturn " + function.head
         self.deadly.append(function)
@@ -467,6 +514,13 @@ class Literal(Constant):
 
     def __init__(self, spelling):
         super().__init__(0, spelling)
+
+
+def ends_open(statement):
+    """Would an else behind it be taken for its own?"""
+    if isinstance(statement, If):
+        return statement.other is None or ends_open(statement.other)
+    return isinstance(statement, Loop) and statement.word != "DO" and ends_open(statement.body)
 
 
 def expressions(node):

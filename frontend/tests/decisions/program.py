@@ -187,6 +187,37 @@ class Variable(Expression):
     def value(self, machine, frame):
         return (frame if self.name in frame else machine.globals)[self.name]
 
+    def change(self, machine, frame, new):
+        """Assigns new(old value); gives the old and the new value."""
+        place = frame if self.name in frame else machine.globals
+        old = place[self.name]
+        changed = checked(new(old))
+        place[self.name] = int(changed != 0) if self.truth else changed
+        return old, place[self.name]
+
+
+class Element(Expression):
+    """An element of the global array `cells`, which has four; any number will do as index."""
+
+    def __init__(self, index):
+        self.parts = (index,)
+        self.gather()
+        self.reads |= {"cells"}
+
+    def print(self, out):
+        out.put("cells[")
+        self.print_part(out, self.parts[0], 8)
+        out.put(" & 3]")
+
+    def value(self, machine, frame):
+        return machine.globals["cells"][self.parts[0].value(machine, frame) & 3]
+
+    def change(self, machine, frame, new):
+        place = self.parts[0].value(machine, frame) & 3
+        old = machine.globals["cells"][place]
+        machine.globals["cells"][place] = checked(new(old))
+        return old, machine.globals["cells"][place]
+
 
 class Assignment(Expression):
     """operator: =, +=, -=, ++ or -- (behind), or "++x"."""
@@ -194,11 +225,11 @@ class Assignment(Expression):
 
     def __init__(self, target, operator, part=None):
         self.target, self.operator = target, operator
-        self.parts = (part,) if part else ()
+        self.parts = (target, part) if part else (target,)
         self.gather()
         self.truth = target.truth
-        self.reads |= target.reads
-        self.writes |= target.reads
+        self.writes |= {"cells"} if isinstance(target, Element) else target.reads
+        self.part = part
         if not part:
             self.precedence = UNARY
 
@@ -206,19 +237,17 @@ class Assignment(Expression):
         if self.operator == "++x":
             out.put("++")
         self.target.written(out)
-        if self.parts:
+        if self.part:
             out.blank()
             out.put(self.operator + " ")
-            self.print_part(out, self.parts[0], 1)
+            self.print_part(out, self.part, 1)
         elif self.operator != "++x":
             out.put(self.operator)
 
     def value(self, machine, frame):
-        old = self.target.value(machine, frame)
-        part = self.parts[0].value(machine, frame) if self.parts else 1
-        new = checked(part if self.operator == "=" else old - part if self.operator in ("-=", "--") else old + part)
-        new = int(new != 0) if self.target.truth else new
-        (frame if self.target.name in frame else machine.globals)[self.target.name] = new
+        part = self.part.value(machine, frame) if self.part else 1
+        old, new = self.target.change(machine, frame, lambda old: part if self.operator == "=" else
+                                      old - part if self.operator in ("-=", "--") else old + part)
         return old if self.operator in ("++", "--") else new
 
 
@@ -298,6 +327,93 @@ class Expect(Expression):
 
     def value(self, machine, frame):
         return self.parts[0].value(machine, frame)
+
+
+class Cast(Expression):
+    """To _Bool, short or long: not looked through."""
+    precedence = UNARY
+
+    def __init__(self, type_name, part):
+        self.type_name, self.parts = type_name, (part,)
+        self.truth = type_name == "_Bool"
+        self.constant = part.constant
+        self.gather()
+
+    def print(self, out):
+        out.put(f"({self.type_name})")
+        self.print_part(out, self.parts[0], UNARY)
+
+    def value(self, machine, frame):
+        value = self.parts[0].value(machine, frame)
+        if self.type_name == "short" and not -32768 <= value <= 32767:
+            raise Reject
+        return int(value != 0) if self.truth else value
+
+
+class SizeOf(Expression):
+    """Not evaluated, not described. Its operand is an int."""
+    precedence = UNARY
+    constant = True
+
+    def __init__(self, part):
+        self.part = part
+
+    def print(self, out):
+        out.put("(int)sizeof(")
+        self.print_part(out, self.part, 0)
+        out.put(")")
+
+    def describe(self, items):
+        pass
+
+    def value(self, machine, frame):
+        return 4
+
+
+class Member(Expression):
+    """One of two members of a compound literal, which are both evaluated."""
+
+    def __init__(self, first, second, name):
+        self.parts, self.name = (first, second), name
+        self.gather()
+
+    def print(self, out):
+        out.put("(struct pair){")
+        self.print_part(out, self.parts[0], 1)
+        out.put(",")
+        out.blank()
+        self.print_part(out, self.parts[1], 1)
+        out.put("}." + self.name)
+
+    def value(self, machine, frame):
+        values = [part.value(machine, frame) for part in self.parts]
+        return values[self.name == "second"]
+
+
+class StatementExpression(Expression):
+    """({ ... }): statements, some of which may leave, and a value."""
+    hits = True
+
+    def __init__(self, statements, result, parts):
+        self.body = Block([*statements, Evaluate(result)])
+        self.inner, self.result = statements, result
+        for part in parts:
+            self.reads |= part.reads
+            self.writes |= part.writes
+            self.leaves |= part.leaves
+
+    def print(self, out):
+        out.put("(")
+        self.body.written(out)
+        out.put(")")
+
+    def describe(self, items):
+        self.body.describe(items)
+
+    def value(self, machine, frame):
+        for statement in self.inner:
+            statement.run(machine, frame)
+        return self.result.value(machine, frame)
 
 
 class Comma(Expression):
@@ -534,6 +650,33 @@ class Evaluate(Statement):
         value = self.expression.value(machine, frame)
         if self.declares:
             frame[self.declares[1]] = int(value != 0) if self.declares[0] == "_Bool" else value
+
+
+class Declarations(Statement):
+    """Several initialised variables in one declaration, or an array whose length is evaluated."""
+
+    def __init__(self, names, parts, is_array=False):
+        self.names, self.parts, self.is_array = names, parts, is_array
+
+    def print(self, out):
+        out.put("int ")
+        for i, (name, part) in enumerate(zip(self.names, self.parts)):
+            if i:
+                out.put(",")
+                out.blank()
+            out.put(name + ("[" if self.is_array else " = "))
+            part.print_part(out, part, 1)
+            out.put("]" if self.is_array else "")
+        out.put(";")
+
+    def describe(self, items):
+        for part in self.parts:
+            part.describe(items)
+
+    def run(self, machine, frame):
+        machine.step()
+        for name, part in zip(self.names, self.parts):
+            frame[name] = part.value(machine, frame)
 
 
 class Jump(Statement):
@@ -997,7 +1140,7 @@ class Program:
         for function in self.functions:
             function.describe(items)
         machine = Machine(items)
-        machine.globals = dict(self.variables)
+        machine.globals = {**self.variables, "cells": [0, 0, 0, 0]}
         try:
             status = self.functions[-1].call(machine, [])
         except Leave as leave:
