@@ -234,7 +234,10 @@ std::string withoutOuterParentheses(std::string text) {
         });
         if (closesEarly || depth != 0)
             return text;
-        text = trimmed(std::string_view(text).substr(1, text.size() - 2));
+        std::string inner = trimmed(std::string_view(text).substr(1, text.size() - 2));
+        if (inner.starts_with('{'))
+            return text; // a statement expression
+        text = std::move(inner);
     }
 }
 

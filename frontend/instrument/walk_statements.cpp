@@ -106,6 +106,8 @@ void FunctionWalk::statement(const clang::Stmt* s) {
         gotoStatement(gotoStmt);
     } else if (const auto* computed = llvm::dyn_cast<clang::IndirectGotoStmt>(s)) {
         computedGoto(computed);
+    } else if (llvm::isa<clang::BreakStmt, clang::ContinueStmt>(s)) {
+        here.reset(); // what follows is not reached from here
     } else if (const auto* attributed = llvm::dyn_cast<clang::AttributedStmt>(s)) {
         fallThrough(attributed);
         statement(attributed->getSubStmt());
