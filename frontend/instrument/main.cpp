@@ -30,8 +30,9 @@ struct Options {
     bool verbose = false;
 };
 
-void complain(const std::string& message) {
-    std::cerr << "veldacc: " << message << '\n';
+// Messages in the form of the suite's; `kind` is WARNING, ERROR or INFO.
+void say(const char* kind, const std::string& message) {
+    std::cerr << "Norvik veldacc - " << kind << ": " << message << '\n';
 }
 
 struct ValueOption {
@@ -129,7 +130,7 @@ bool readOptions(const std::vector<std::string>& arguments, Options& options) {
                                    equals == std::string::npos ? arguments[i] : argument.substr(equals + 1));
             }
         if (!known) {
-            complain("veldacc-instrument: bad option " + argument);
+            say("ERROR", "veldacc-instrument: bad option " + argument);
             return false;
         }
     }
@@ -152,9 +153,10 @@ bool writeFile(const std::string& name, const std::string& text) {
 }
 
 int runSteps(Options& options) {
+    const char* problemKind = options.strict ? "ERROR" : "WARNING";
     const std::optional<std::string> text = readFile(options.textFile);
     if (!text) {
-        complain("cannot read " + options.textFile);
+        say("WARNING", "cannot read " + options.textFile);
         return compileOriginal;
     }
     options.input.text = *text;
@@ -162,24 +164,22 @@ int runSteps(Options& options) {
         options.input.map = readFile(options.mapFile).value_or(std::string{});
     const std::optional<InstrumentedSource> result = instrument(options.input);
     if (!result) {
-        complain((options.strict ? "error: " : "warning: ") + options.input.sourceName +
-                 ": not understood, compiled as it is");
+        say(problemKind, options.input.sourceName + ": not understood, compiled as it is");
         return options.strict ? leftOut : compileOriginal;
     }
     for (const std::string& warning : result->warnings)
-        complain((options.strict ? "error: " : "warning: ") + warning);
+        say(problemKind, warning);
     for (const std::string& remark : result->remarks)
-        complain("note: " + remark);
+        say("INFO", remark);
     if (options.verbose)
-        complain("note: " + options.input.sourceName +
-                 (result->usedMap ? ": macros mapped" : ": macros not mapped"));
+        say("INFO", options.input.sourceName + (result->usedMap ? ": macros mapped" : ": macros not mapped"));
     if (options.strict && !result->warnings.empty())
         return leftOut;
     if (result->description.empty())
         return compileOriginal;
     if (!writeFile(options.outputFile, result->text) ||
         !writeFile(options.descriptionFile, result->description)) {
-        complain("cannot write " + options.outputFile + " or " + options.descriptionFile);
+        say("WARNING", "cannot write " + options.outputFile + " or " + options.descriptionFile);
         return compileOriginal;
     }
     return done;
