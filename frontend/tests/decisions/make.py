@@ -373,7 +373,7 @@ class Maker:
         if kind < 0.45:
             condition = counted
         elif kind < 0.8:
-            condition = Logical("&&", *self.random.sample([counted, self.beside_counter(name)], 2))
+            condition = Logical("&&", *self.random.sample([counted, self.operand(2)], 2))
         elif kind < 0.93:
             condition = None if word == "FOR" and self.chance(0.6) else Constant(1)
             body = self.braced(body)
@@ -383,7 +383,7 @@ class Maker:
             condition = Constant(0)
         self.loops = outer
         if word == "FOR":
-            if condition in (None,) or isinstance(condition, Constant):
+            if condition is None or isinstance(condition, Constant):
                 self.locals_needed.append(name)
                 if self.chance(0.3):
                     turn = self.assignment(1)
@@ -398,9 +398,6 @@ class Maker:
             self.loop_variables.remove(name)
         return Loop(word, condition, body, start, turn)
 
-    def beside_counter(self, name):
-        return self.operand(2)
-
     def braced(self, body):
         return body if isinstance(body, Block) else Block([body])
 
@@ -412,7 +409,6 @@ class Maker:
         if self.chance(0.15):
             labels.append((9, 12))
         groups = []
-        outer, self.loops = self.loops, self.loops or 0
         while labels:
             take = self.random.choice([1, 1, 1, 2])
             statements = self.statements(depth - 1, 2)
@@ -420,7 +416,6 @@ class Maker:
                 statements.append(Jump("break"))
             groups.append(Group(labels[:take], statements))
             labels = labels[take:]
-        self.loops = outer
         value = self.number_expression(2)
         return Switch(value if self.chance(0.4) else Binary("%", value, Constant(4)), groups)
 
