@@ -20,6 +20,7 @@ import subprocess
 import sys
 import tempfile
 
+sys.dont_write_bytecode = True  # nothing is left in the source tree
 import make
 import program
 
