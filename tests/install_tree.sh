@@ -30,7 +30,7 @@ de_DE.UTF-8|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werde
 de|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werden
 es_ES.UTF-8|Norvik veldacov - WARNING: Cannot open file gone.fdc
 TABLE
-for family in cov common cab ulmoident; do
+for family in cov common cab ulmoident acc; do
     for language in de fr; do
         [ -s "$work/tree/lib/locale/${family}_$language.qm" ] || fail "no translations ${family}_$language"
     done
@@ -56,9 +56,26 @@ for option in $("$work/tree/bin/veldacov" 2>&1 | grep -oE '[-][A-Z]{2,}' | sort 
     grep -qE "^ +([-][A-Z]+.*, )?$option\b" "$work/manual" || fail "manual page: no entry for $option"
 done
 
-# Its examples run where it says so, without warnings. One of them is a response file.
-sed -n '/^# EXAMPLES/,/^# CAVEATS/p' "$source/docs/man/veldacov.1.scd" | sed 's/\\\(.\)/\1/g' |
-    awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
+# The front end, where it is built: the same of its page, and it finds its parts and its translations in the tree.
+pages=(veldacov)
+if grep -q '^VELDACOV_FRONTEND:BOOL=ON' "$build/CMakeCache.txt"; then
+    pages+=(veldacc)
+    MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldacc.1.gz" >"$work/manual" 2>"$work/log"
+    [ -s "$work/log" ] && fail "manual page: $(cat "$work/log")"
+    for option in $("$work/tree/bin/veldacc" --help | grep -oE '[-]-[a-z-]{2,}' | sort -u); do
+        grep -qE "^ +([-]-[a-z]+, )?$option\b" "$work/manual" || fail "manual page: no entry for $option"
+        grep -q -- "$option\b" "$source/completions/veldacc" || fail "completion: no $option"
+        grep -q -- "$option\b" "$source/completions/_veldacc" || fail "completion for zsh: no $option"
+    done
+    said=$(LC_ALL=de_DE.UTF-8 NORVIKDIR='' "$work/tree/bin/veldacc" --none 2>&1)
+    [[ $said == *"Unbekannte Option --none"* ]] || fail "veldacc: $said"
+    [ -f "$work/tree/include/velda.h" ] || fail 'no velda.h'
+fi
+
+# The examples of the pages run where they say so, without warnings. One of them is a response file.
+for page in "${pages[@]}"; do
+    sed -n '/^# EXAMPLES/,/^# [A-DF-Z]/p' "$source/docs/man/$page.1.scd" | sed 's/\\\(.\)/\1/g'
+done | awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
 for example in example*; do
     if grep -q '^#' "$example"; then
         cp "$example" campaign.txt
@@ -75,7 +92,7 @@ while IFS=: read -r page link; do
 done < <(grep -rhoE --include='*.md' -H '\]\([^)#:]+' . | sed 's/](//')
 grep -rnE --include='*.md' '(^|[^a-z/])(scripts|tests|fuzz|bench|build|translations)/[a-z]' . >"$work/log" &&
     fail "names what is not installed: $(cat "$work/log")"
-for file in "$source"/completions/{veldacov,_veldacov}; do
+for file in "${pages[@]/#/$source/completions/}" "${pages[@]/#/$source/completions/_}"; do
     find "$work/tree/share" -name "$(basename "$file")" -type f | grep -q . || fail "no $file"
 done
 

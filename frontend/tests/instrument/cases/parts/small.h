@@ -1,0 +1,3 @@
+static inline int small(int n) {
+    return n < 3;
+}
