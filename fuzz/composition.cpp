@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "description/conditions.h"
 #include "description/fdcL.h"
 #include "description/model.h"
 #include "driver/program.h"

@@ -341,7 +341,20 @@ def composed(composition):
     return described(f'CE 0 "f" "x" 1 1\nCC 9 {composition}\n')
 
 
-# Inputs that ask for much: what, the file bad.*, words, mebibytes that must do, and what the report says in the end or
+def exclusive_or(conditions):
+    """2 to the power of so many cases, half as many pairs for each condition; cases are numbered from 1000."""
+    first = "".join(f'CE {2 * number} "f" "x" 1 1\n' for number in range(conditions))
+    ids = " ".join(str(2 * number) for number in range(conditions))
+    return f"{first}CC 1000 {conditions} {ids} {2 ** conditions} {'X' * (conditions - 1)}{'.' * conditions}\n"
+
+
+def hit_in_tests(*hits):
+    """A trace of what `described` describes; each test has the next hit of each keyword."""
+    together = zip(*([f"{keyword} {f'{number:x}'[::-1]}\n" for number in numbers] for keyword, numbers in hits))
+    return "".join(f"NT {test}\nFT 36\nDC 7\n{''.join(lines)}" for test, lines in enumerate(together))
+
+
+# Inputs that ask for much: what, the files bad.*, words, mebibytes that must do, and what the report says in the end or
 # the message instead of it. A second of time must do, too, or ten in a build that is not optimised.
 HOSTILE = (
     ("more cases than there is memory for", "fdc", lambda: composed("1 0 4000000000 TF 1"), "", 100, NO_MEMORY),
@@ -357,6 +370,19 @@ HOSTILE = (
     ("many parts to keep", "tio", lambda: "NT\n" + "".join(f"FT {number:x}\nDC 1\nTP 0\n" for number in range(100000)),
      "fdc/queue.fdc -CLEAN=out/clean", 250, "(0/34)"),
     ("the largest identifier", "tio", lambda: "NT\nFT 36\nDC 8\nTP ffffffff\n", "fdc/queue.fdc -CLEAN=out/clean", 100, "(0/34)"),
+    ("first hits beside ten million pairs", "fdc tio",
+     lambda: (described(exclusive_or(20) + "".join(f'BL {number} simple "f" x 1 1\n' for number in range(500))),
+              hit_in_tests(("TB", range(500)), ("TE", range(1000, 1000000, 1998)))),
+     "bad.tio -SUMMARY=CONCLUSION", 400, "(500/1048576)"),
+    ("texts of pairs that are not printed", "fdc tio",
+     lambda: (described(exclusive_or(16)), hit_in_tests(("TE", range(1000, 60000, 146)))), "bad.tio -BRANCH=COV -NOGLOBAL", 150,
+     "(405/65536)"),
+    ("conditions of services that alternate", "fdc",
+     lambda: described("".join(f'CA {number} "{number % 300}" "x" 1 1\n' for number in range(300 * 1025))),
+     "-SUMMARY=CONCLUSION", 100, "(0/307500)"),
+    ("sections that are ignored", "fdc also",
+     lambda: [described("".join(f'CA {number} "f" "x" 1 1\n' for number in range(20000))) + "@/RIK\n"] * 2,
+     "bad.also " * 50 + "-SUMMARY=CONCLUSION", 100, "(0/20000)"),
     ("many stars", "tio", lambda: "NT\n", f"fdc/queue.fdc {'q*' * 500} {'*q' * 500} fdc/{'*e' * 500}", 100, "(0/34)"),
 )
 
@@ -364,10 +390,12 @@ HOSTILE = (
 def hostile_inputs(places, workers):
     place = places[0]
     for what, kind, text, words, mebibytes, says in HOSTILE:
-        (place / f"bad.{kind}").write_text(text())
+        texts = text()
+        for ending, content in zip(kind.split(), (texts,) if isinstance(texts, str) else texts):
+            (place / f"bad.{ending}").write_text(content)
         limit = mebibytes * 1024 * 1024
         started = time.monotonic()
-        run = Run(place, f"bad.{kind} -OUTPUT=out/report {words}",
+        run = Run(place, f"bad.{kind.split()[0]} -OUTPUT=out/report {words}",
                   before=lambda: (resource.setrlimit(resource.RLIMIT_AS, (limit, limit)),
                                   resource.setrlimit(resource.RLIMIT_CPU, (10, 10))))
         done = run.status == 0 and says in run.files["out/report"].decode()

@@ -2,7 +2,12 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
+#include <iterator>
+#include <numeric>
 #include <optional>
+#include <span>
+#include <utility>
 
 #include "description/tokens.h"
 #include "support/machine.h"
@@ -97,20 +102,22 @@ std::uint64_t outcomeWord(const Expression& expression, std::uint64_t firstCase,
     return stack.back();
 }
 
-// Finds the entries of cases by identifier, as pairs name them. Case numbers and places run in step unless an
-// earlier condition of the service has the identifier of a case.
+std::uint32_t idOfCase(const Service& service, const Composition& composition, std::uint64_t caseNumber) {
+    return service.conditions[composition.firstCase].id + static_cast<std::uint32_t>(caseNumber);
+}
+
+// Finds the entries of cases by identifier, as pairs name them.
 class CasePlaces {
 public:
     CasePlaces(const Service& service, const Composition& composition)
-        : service_(service), composition_(composition),
-          firstId_(service.conditions[composition.firstCase].id),
-          inStep_(service.conditionPlaces == nullptr) {}
+        : service_(service), composition_(composition), firstCase_(composition.firstCase),
+          inStep_(composition.casesInStep) {}
 
     [[nodiscard]] std::uint32_t operator()(std::uint64_t caseNumber) const {
         if (inStep_) {
-            return composition_.firstCase + static_cast<std::uint32_t>(caseNumber);
+            return firstCase_ + static_cast<std::uint32_t>(caseNumber);
         }
-        const auto place = findCondition(service_, firstId_ + static_cast<std::uint32_t>(caseNumber));
+        const auto place = findCondition(service_, idOfCase(service_, composition_, caseNumber));
         if (!place) {
             internalError(translate("fdcL-Assertion", "Cannot find condition in current procedure"));
         }
@@ -120,9 +127,19 @@ public:
 private:
     const Service& service_;
     const Composition& composition_;
-    std::uint32_t firstId_;
+    std::uint32_t firstCase_;
     bool inStep_;
 };
+
+// Places run in step with case numbers unless an earlier condition of the service has the identifier of a case.
+bool areCasesInStep(const Service& service, const Composition& composition) {
+    for (std::uint32_t i = 0; service.conditionPlaces != nullptr && i < composition.caseCount; ++i) {
+        if (findCondition(service, idOfCase(service, composition, i)) != composition.firstCase + i) {
+            return false;
+        }
+    }
+    return true;
+}
 
 void addPair(ModifiedCondition* modified, std::uint32_t first, std::uint32_t second) {
     if (modified == nullptr) {
@@ -335,34 +352,207 @@ std::uint32_t requiredCondition(const Service& service, std::uint32_t id, std::s
 void appendCases(Service& service, Composition& composition, std::uint32_t id, std::uint32_t startLine,
                  std::uint32_t endLine) {
     composition.firstCase = static_cast<std::uint32_t>(service.conditions.size());
-    const std::size_t needed = service.conditions.size() + composition.caseCount;
-    if (needed > service.conditions.capacity()) { // at least doubled: many compositions stay linear
-        service.conditions.reserve(std::max(needed, 2 * service.conditions.capacity()));
-    }
+    reserveConditions(service, composition.caseCount);
     ConditionEntry entry;
     entry.kind = ConditionKind::Case;
     entry.service = service.place;
     entry.startLine = startLine;
     entry.endLine = endLine;
-    for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
-        entry.id = id + i; // wraps as identifiers do
-        appendConditions(service, {&entry, 1});
+    std::array<ConditionEntry, 32> entries;
+    std::fill_n(entries.begin(), std::min<std::size_t>(composition.caseCount, entries.size()), entry);
+    for (std::uint32_t i = 0; i < composition.caseCount;) {
+        const auto count = std::min<std::uint32_t>(composition.caseCount - i, entries.size());
+        for (ConditionEntry& next : std::span(entries).first(count)) {
+            next.id = id + i++; // wraps as identifiers do
+        }
+        appendConditions(service, std::span(entries).first(count));
     }
 }
 
-// Finds the modified conditions of a service that have come to be covered.
-void proveConditions(Service& service) {
-    constexpr std::uint8_t hit = hitFlag | everHit;
-    const auto isHit = [&](std::uint32_t place) { return (service.conditions[place].flags & hit) != 0; };
-    const auto pairIsHit = [&](const VectorPair& pair) { return isHit(pair.first) && isHit(pair.second); };
-    for (Composition& composition : service.compositions) {
-        for (ModifiedCondition& modified : composition.modifiedConditions) {
-            if (!modified.proven && std::any_of(modified.pairs.begin(), modified.pairs.end(), pairIsHit)) {
-                modified.proven = true;
-                provenConditions().all.push_back({&service, &modified});
-            }
+// Which pairs of a composition have been hit.
+//
+// A test may hit one case of a million for the first time, and the next test another one. So the pairs are not gone
+// through again: a first hit can complete the pairs of its case only, and these are looked up. Pairs stand in the
+// order of their first cases. Those of an expression stand in the order of their second cases, too; for a table that
+// order is made when it is first needed. Where the pairs are few beside the cases hit, all are looked at.
+//
+// What always holds: a pair names the entries that have the identifiers of its cases, so that the identifier of an
+// entry tells the case number, also where an earlier condition of the service has that identifier.
+class PairHits {
+public:
+    PairHits(const Service& service, const Composition& composition)
+        : service_(service), composition_(composition), firstId_(idOfCase(service, composition, 0)) {}
+
+    // Whether one of the pairs has been hit, given the cases first hit since this was asked last.
+    [[nodiscard]] bool anyIsHit(ModifiedCondition& modified, std::span<const std::uint32_t> cases) const {
+        constexpr std::size_t pairsPerLookUp = 32; // that cost as much as a look-up
+        if (modified.pairs.size() / pairsPerLookUp <= cases.size()) {
+            return std::any_of(modified.pairs.begin(), modified.pairs.end(),
+                               [this](const VectorPair& pair) { return isHit(pair); });
+        }
+        return std::any_of(cases.begin(), cases.end(), [&](std::uint32_t caseNumber) {
+            return anyIsHitWithFirst(modified, caseNumber) || anyIsHitWithSecond(modified, caseNumber);
+        });
+    }
+
+private:
+    [[nodiscard]] std::uint32_t caseOf(std::uint32_t place) const {
+        return service_.conditions[place].id - firstId_; // wraps as identifiers do
+    }
+    [[nodiscard]] bool isHit(const VectorPair& pair) const {
+        return ((service_.conditions[pair.first].flags & service_.conditions[pair.second].flags) & everHit) !=
+               0;
+    }
+    [[nodiscard]] bool isTable() const { return composition_.frontier != expressionFrontier; }
+
+    [[nodiscard]] bool anyIsHitWithFirst(const ModifiedCondition& modified, std::uint32_t caseNumber) const {
+        const auto ofCase =
+            std::ranges::equal_range(modified.pairs, caseNumber, std::less(),
+                                     [this](const VectorPair& pair) { return caseOf(pair.first); });
+        return std::any_of(ofCase.begin(), ofCase.end(),
+                           [this](const VectorPair& pair) { return isHit(pair); });
+    }
+
+    [[nodiscard]] bool anyIsHitWithSecond(ModifiedCondition& modified, std::uint32_t caseNumber) const {
+        if (!isTable()) {
+            const auto ofCase =
+                std::ranges::equal_range(modified.pairs, caseNumber, std::less(),
+                                         [this](const VectorPair& pair) { return caseOf(pair.second); });
+            return std::any_of(ofCase.begin(), ofCase.end(),
+                               [this](const VectorPair& pair) { return isHit(pair); });
+        }
+        if (caseNumber < composition_.frontier) {
+            return false; // the first cases of a table's pairs are true, the second ones false
+        }
+        const auto secondCase = [&](std::uint32_t at) { return caseOf(modified.pairs[at].second); };
+        const auto ofCase =
+            std::ranges::equal_range(inOrderOfSecondCases(modified), caseNumber, std::less(), secondCase);
+        return std::any_of(ofCase.begin(), ofCase.end(),
+                           [&](std::uint32_t at) { return isHit(modified.pairs[at]); });
+    }
+
+    [[nodiscard]] const std::vector<std::uint32_t>& inOrderOfSecondCases(ModifiedCondition& modified) const {
+        if (modified.bySecondCase == nullptr) {
+            auto places = std::make_unique<std::vector<std::uint32_t>>(modified.pairs.size());
+            std::iota(places->begin(), places->end(), 0U);
+            std::ranges::sort(*places, std::less(),
+                              [&](std::uint32_t at) { return caseOf(modified.pairs[at].second); });
+            modified.bySecondCase = std::move(places);
+        }
+        return *modified.bySecondCase;
+    }
+
+    const Service& service_;
+    const Composition& composition_;
+    std::uint32_t firstId_;
+};
+
+// Finds the modified conditions of a composition that first hits of some cases have brought to be covered.
+void proveConditions(Service& service, Composition& composition, std::span<const std::uint32_t> cases) {
+    const PairHits pairHits(service, composition);
+    for (ModifiedCondition& modified : composition.modifiedConditions) {
+        if (!cases.empty() && !modified.proven && pairHits.anyIsHit(modified, cases)) {
+            modified.proven = true;
+            provenConditions().all.push_back({&service, &modified});
         }
     }
+}
+
+// First hits of one service, in the order of their places.
+using FirstHits = std::span<const FirstHit>;
+
+// Usually the pairs that name a case are those of the composition that it belongs to, and nothing names a basic
+// condition.
+void proveConditionsInStep(FirstHits hits) {
+    Service& service = *hits.front().service;
+    std::vector<Composition>& compositions = service.compositions;
+    const auto isBefore = [](const FirstHit& hit, std::uint32_t place) { return hit.place < place; };
+    while (!hits.empty()) {
+        auto composition = std::upper_bound(compositions.begin(), compositions.end(), hits.front().place,
+                                            [](std::uint32_t place, const Composition& candidate) {
+                                                return place < candidate.firstCase + candidate.caseCount;
+                                            });
+        if (composition == compositions.end()) {
+            return;
+        }
+        const auto first = std::lower_bound(hits.begin(), hits.end(), composition->firstCase, isBefore);
+        const auto last =
+            std::lower_bound(first, hits.end(), composition->firstCase + composition->caseCount, isBefore);
+        std::vector<std::uint32_t> cases;
+        std::transform(first, last, std::back_inserter(cases),
+                       [&](const FirstHit& hit) { return hit.place - composition->firstCase; });
+        proveConditions(service, *composition, cases);
+        hits = FirstHits(last, hits.end());
+    }
+}
+
+// Where identifiers of cases are repeated, the pairs of several compositions may name one entry.
+void proveConditionsByIdentifier(Service& service, FirstHits hits) {
+    std::vector<std::uint32_t> ids;
+    std::transform(hits.begin(), hits.end(), std::back_inserter(ids),
+                   [&](const FirstHit& hit) { return service.conditions[hit.place].id; });
+    std::sort(ids.begin(), ids.end());
+    for (Composition& composition : service.compositions) {
+        const std::uint32_t firstId = idOfCase(service, composition, 0);
+        std::vector<std::uint32_t> cases;
+        // Identifiers wrap: those of the cases may go on from 0.
+        for (auto id = std::lower_bound(ids.begin(), ids.end(), firstId);
+             id != ids.end() && *id - firstId < composition.caseCount; ++id) {
+            cases.push_back(*id - firstId);
+        }
+        for (auto id = ids.begin(); id != ids.end() && *id < firstId && *id - firstId < composition.caseCount;
+             ++id) {
+            cases.push_back(*id - firstId);
+        }
+        proveConditions(service, composition, cases);
+    }
+}
+
+void proveConditions(FirstHits hits) {
+    Service& service = *hits.front().service;
+    if (service.allCasesInStep) {
+        proveConditionsInStep(hits);
+    } else {
+        proveConditionsByIdentifier(service, hits);
+    }
+}
+
+// The vector of a case of a table ends early where the table does.
+std::string_view tableVector(const Composition& composition, std::uint32_t caseNumber) {
+    const auto width = static_cast<std::size_t>(composition.basicConditionCount);
+    const std::size_t start = std::size_t{caseNumber} * width;
+    return start < composition.cases.size() ? composition.cases.substr(start, width) : std::string_view();
+}
+
+void appendExpressionCase(std::string& text, const Composition& composition, std::uint32_t caseNumber) {
+    for (std::uint32_t j = 0; j < static_cast<std::uint32_t>(composition.basicConditionCount); ++j) {
+        text += j < 32 && (caseNumber >> j & 1U) != 0 ? 'T' : 'F';
+    }
+    const bool outcome = (composition.outcomes[caseNumber / wordBits] >> (caseNumber % wordBits) & 1U) != 0;
+    text += outcome ? "=T" : "=F";
+}
+
+// A table that is too short ends the text where its characters end.
+void appendTableCase(std::string& text, const Composition& composition, std::uint32_t caseNumber) {
+    const std::string_view vector = tableVector(composition, caseNumber);
+    text += vector;
+    if (vector.size() == static_cast<std::size_t>(composition.basicConditionCount)) {
+        text += caseNumber < composition.frontier ? "=T" : "=F";
+    }
+}
+
+void appendConditionText(std::string& text, const Service& service, std::uint32_t place) {
+    const ConditionEntry& entry = service.conditions[place];
+    if (entry.kind != ConditionKind::Case) {
+        text += entry.text;
+        return;
+    }
+    const auto behind = std::upper_bound(
+        service.compositions.begin(), service.compositions.end(), place,
+        [](std::uint32_t wanted, const Composition& composition) { return wanted < composition.firstCase; });
+    const Composition& composition = *std::prev(behind);
+    const bool isTable = composition.frontier != expressionFrontier;
+    (isTable ? appendTableCase : appendExpressionCase)(text, composition, place - composition.firstCase);
 }
 
 } // namespace
@@ -378,9 +568,11 @@ void readComposition(Line& line, FileDescription& description, Service* service,
                           {fileName}));
     }
     const auto width = static_cast<std::size_t>(composition.basicConditionCount);
+    std::vector<std::uint32_t> basicConditionIds;
     for (std::size_t i = 0; i < width; ++i) {
-        composition.basicConditionIds.push_back(readNumber());
+        basicConditionIds.push_back(readNumber());
     }
+    composition.basicConditionIds = recordMemory().keep<std::uint32_t>(basicConditionIds);
     composition.caseCount = readNumber();
     if (composition.caseCount == 0) {
         fatalError(filled(
@@ -440,6 +632,8 @@ void computeModifiedConditions(Service* service, Composition* composition) {
         }
         composition->modifiedConditions[j].basicCondition = *place;
     }
+    composition->casesInStep = areCasesInStep(*service, *composition);
+    service->allCasesInStep = service->allCasesInStep && composition->casesInStep;
     const CasePlaces places(*service, *composition);
     if (composition->frontier == expressionFrontier) {
         pairExpressionCases(*composition, places);
@@ -460,13 +654,47 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
 }
 
 void computeModifiedConditionHits() {
-    for (Service* service : takeServicesWithFirstHits()) { // only a first hit completes a pair
-        proveConditions(*service);
+    std::vector<FirstHit> hits = takeFirstHitsOfConditions();
+    std::sort(hits.begin(), hits.end(), [](const FirstHit& left, const FirstHit& right) {
+        return std::pair(left.service, left.place) < std::pair(right.service, right.place);
+    });
+    for (auto first = hits.cbegin(); first != hits.cend();) {
+        const auto last = std::find_if(first, hits.cend(),
+                                       [&](const FirstHit& hit) { return hit.service != first->service; });
+        proveConditions(FirstHits(first, last));
+        first = last;
     }
     ProvenConditions& proven = provenConditions();
     for (; proven.countedInTest < proven.all.size(); ++proven.countedInTest) {
         const ProvenCondition& next = proven.all[proven.countedInTest];
         countHit(*next.service, *next.condition, type::modifiedConditions, 1, Counting::Replace);
+    }
+}
+
+std::string conditionText(const Service& service, std::uint32_t place) {
+    std::string text;
+    appendConditionText(text, service, place);
+    return text;
+}
+
+std::string_view outcomeText(const Service& service, const ConditionEntry& condition) {
+    if (condition.kind != ConditionKind::Outcome) {
+        return "";
+    }
+    const bool isLast = &condition == &service.conditions.back();
+    return !isLast && (&condition)[1].text == condition.text ? "True" : "False";
+}
+
+void pairsText(const Service& service, const Composition& composition, std::size_t place,
+               const std::function<void(std::string_view)>& put) {
+    std::string text = "#" + std::to_string(place + 1) + " (";
+    for (const VectorPair& pair : composition.modifiedConditions[place].pairs) {
+        appendConditionText(text, service, pair.first);
+        text += '/';
+        appendConditionText(text, service, pair.second);
+        text += ')';
+        put(text);
+        text = ", (";
     }
 }
 

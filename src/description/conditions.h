@@ -10,8 +10,12 @@
 // A modified condition is covered when two cases that differ in its basic condition only, and in their
 // outcomes, have both been hit: an independence pair.
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "description/model.h"
 #include "support/files.h"
@@ -35,5 +39,15 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
 
 // Counts a hit for every modified condition that has a pair of hit cases, of this test or of earlier ones.
 void computeModifiedConditionHits();
+
+// The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
+std::string conditionText(const Service& service, std::uint32_t place);
+// "True" for the first outcome of a two-outcome condition (the next entry shares its text object), "False"
+// for the second, empty for other conditions.
+std::string_view outcomeText(const Service& service, const ConditionEntry& condition);
+// Hands the text of a modified condition's pairs, "#<n> (case/case), (case/case)", to `put`, a pair at a time;
+// nothing when it has no pair. `place` is that of the modified condition in its composition.
+void pairsText(const Service& service, const Composition& composition, std::size_t place,
+               const std::function<void(std::string_view)>& put);
 
 } // namespace veldacov

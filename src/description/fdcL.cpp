@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -20,21 +21,57 @@ namespace veldacov {
 
 namespace {
 
+// Conditions of services that come again, until a composition or the end of the section asks for them.
+//
+// A service mostly stands in one piece, and its conditions go to its list at once. Were those that come later added to
+// the list whenever the lines change from service to service, each list would move again and again and leave holes of
+// its own size behind. So they wait here, in shorter form and in line order, those of a service chained by place, and
+// the list grows once:
+//
+//   CA 0 "f" ..   list of f       CA 3 "f" ..   waits <-+         first of f
+//   CA 1 "g" ..   list of g       CA 4 "g" ..   waits   |
+//   CA 2 "g" ..   list of g       CA 5 "f" ..   waits --+         last of f
+struct WaitingCondition {
+    const char* text = "";
+    std::uint32_t id = 0;
+    std::uint32_t startLine = 0;
+    std::uint32_t endLine = 0;
+    std::uint32_t kind : 2;
+    std::uint32_t next : 30; // of the same service; 0 for the last one
+};
+static_assert(sizeof(WaitingCondition) == 24);
+constexpr std::uint32_t mostWaiting = 1U << 30U;
+
+struct WaitingConditions {
+    struct Chain {
+        std::uint32_t count = 0;
+        std::uint32_t first = 0;
+        std::uint32_t last = 0;
+    };
+    std::deque<WaitingCondition> all;
+    std::vector<Chain> chains; // by service
+};
+
 // The file being read.
 struct FdcReader {
     std::string fileName;
     InputFile input;
     Line line;
     std::unique_ptr<FileDescription> section;
+    Arena::Mark sectionStart;          // of the memory of its records
     Service* currentService = nullptr; // that of the line before
     bool serviceNameIsPlain = false;   // its name stands in lines as it is
     std::vector<Service> newServices;
     std::vector<ExitEntry> newExits; // of the section, in line order
     std::vector<CallEntry> newCalls;
     std::vector<BlockEntry> newBlocks;
-    std::vector<ConditionEntry> newConditions; // of the current service, not yet in its list
-    std::string scratch;                       // for texts with escapes
-    DescriptionList sections;                  // finished ones, in order of appearance
+    std::vector<ConditionEntry>
+        newConditions;                // of the current service, since its lines began or a composition
+    std::vector<ConditionEntry> list; // memory for the list of one service after the other
+    bool listIsLent = false;          // to the current service, whose lines have begun for the first time
+    WaitingConditions waiting;
+    std::string scratch;      // for texts with escapes
+    DescriptionList sections; // finished ones, in order of appearance
     bool redundancySaid = false;
 };
 
@@ -142,12 +179,90 @@ NameEntry* nextName(FdcReader& reader, const char* field) {
     return readNamedString(reader.line, field, reader.fileName);
 }
 
-// Hands the conditions read to their service, many at a time.
+void addWaiting(WaitingConditions& waiting, const ConditionEntry& condition) {
+    const auto place = static_cast<std::uint32_t>(waiting.all.size());
+    waiting.all.push_back({condition.text, condition.id, condition.startLine, condition.endLine,
+                           static_cast<std::uint32_t>(condition.kind) & 3U, 0});
+    if (waiting.chains.size() <= condition.service) {
+        waiting.chains.resize(condition.service + std::size_t{1});
+    }
+    WaitingConditions::Chain& chain = waiting.chains[condition.service];
+    if (chain.count++ == 0) {
+        chain.first = place;
+    } else {
+        waiting.all[chain.last].next = place & (mostWaiting - 1);
+    }
+    chain.last = place;
+}
+
+// Hands the conditions that wait for a service to it.
+void storeWaiting(WaitingConditions& waiting, Service& service) {
+    if (service.place >= waiting.chains.size()) {
+        return;
+    }
+    const auto chain = std::exchange(waiting.chains[service.place], {});
+    if (chain.count > 0) {
+        reserveConditions(service, chain.count);
+    }
+    std::uint32_t place = chain.first;
+    for (std::uint32_t i = 0; i < chain.count; ++i) {
+        const WaitingCondition& waited = waiting.all[place];
+        ConditionEntry condition;
+        condition.id = waited.id;
+        condition.startLine = waited.startLine;
+        condition.endLine = waited.endLine;
+        condition.service = service.place;
+        condition.kind = static_cast<ConditionKind>(waited.kind);
+        condition.text = waited.text;
+        appendConditions(service, {&condition, 1});
+        place = waited.next;
+    }
+}
+
+// Completes the list of the current service.
 void storeConditions(FdcReader& reader) {
-    if (reader.currentService != nullptr && !reader.newConditions.empty()) {
-        appendConditions(*reader.currentService, reader.newConditions);
+    if (reader.currentService == nullptr) {
+        return;
+    }
+    Service& service = *reader.currentService;
+    if (service.conditions.empty() && !reader.newConditions.empty()) {
+        service.grownConditions = std::exchange(reader.list, {});
+        reader.listIsLent = true;
+    }
+    storeWaiting(reader.waiting, service);
+    if (!reader.newConditions.empty()) {
+        appendConditions(service, reader.newConditions);
         reader.newConditions.clear();
     }
+}
+
+// The lines of the current service end: its first conditions settle, later ones wait. Long lists stay where they are.
+void leaveService(FdcReader& reader) {
+    constexpr std::size_t longList = 65536;
+    if (reader.currentService == nullptr) {
+        return;
+    }
+    Service& service = *reader.currentService;
+    const bool canWait = reader.newConditions.size() <= mostWaiting - reader.waiting.all.size();
+    if (service.conditions.empty() || reader.listIsLent || !canWait) {
+        storeConditions(reader);
+    }
+    for (const ConditionEntry& condition : reader.newConditions) {
+        addWaiting(reader.waiting, condition);
+    }
+    reader.newConditions.clear();
+    if (std::exchange(reader.listIsLent, false) && service.conditions.size() < longList) {
+        reader.list = settleConditions(service);
+        reader.list.clear();
+    }
+}
+
+void storeAllConditions(FdcReader& reader) {
+    leaveService(reader);
+    for (Service& service : reader.newServices) {
+        storeWaiting(reader.waiting, service);
+    }
+    reader.waiting = {};
 }
 
 // The name remembers the place of its service; in another section another service stands there, or none.
@@ -171,7 +286,7 @@ Service& nextService(FdcReader& reader, const char* field) {
     }
     NameEntry* name = nextName(reader, field);
     if (reader.currentService == nullptr || reader.currentService->name != name) {
-        storeConditions(reader);
+        leaveService(reader);
         reader.currentService = findOrAddService(reader, name);
         reader.serviceNameIsPlain = name->text.find_first_of("\"\\") == std::string_view::npos;
     }
@@ -344,6 +459,7 @@ bool readBody(FdcReader& reader) {
         fatalError(translate("fdcL-Error", "No data in FDC"));
     }
     reader.currentService = nullptr;
+    reader.listIsLent = false;
     reader.newServices.clear();
     reader.newExits.clear();
     reader.newCalls.clear();
@@ -353,7 +469,7 @@ bool readBody(FdcReader& reader) {
         readBodyLine(reader);
         more = readLine(reader.input, reader.line);
     } while (more && !startsChecksumLine(reader.line));
-    storeConditions(reader);
+    storeAllConditions(reader);
     return more;
 }
 
@@ -508,10 +624,19 @@ void readChecksumLine(FdcReader& reader, bool hasLine) {
     foldTokenStrings(*reader.section);
 }
 
-void freeSection(std::unique_ptr<FileDescription> section) {
-    if (section == nullptr) {
+void startSection(FdcReader& reader) {
+    reader.section = std::make_unique<FileDescription>();
+    reader.sectionStart = recordMemory().mark();
+}
+
+// Nothing else has taken memory of records since the section began.
+void freeSection(FdcReader& reader) {
+    if (reader.section == nullptr) {
         internalError(translate("fdcL-Assertion", "Bad attempt to free FDC file"));
     }
+    reader.section.reset();
+    reader.newServices.clear();
+    recordMemory().rewind(reader.sectionStart);
 }
 
 // Takes over the items read, those of each service together and in line order, and shows the services where
@@ -539,7 +664,7 @@ void keepByService(FileDescription& section, std::vector<Entry>& read, std::pmr:
 void keepSection(FdcReader& reader) {
     FileDescription& section = *reader.section;
     if (findDescription(section.fileKey, section.checksum).description != nullptr) {
-        freeSection(std::move(reader.section));
+        freeSection(reader);
         if (!std::exchange(reader.redundancySaid, true)) {
             infoMessage(
                 filled(translate("fdcL-Info", "%1 contains redundant static information; it is ignored",
@@ -603,7 +728,7 @@ void readSections(FdcReader& reader, std::uint16_t requestedTypes) {
         readChecksumLine(reader, hasChecksumLine);
         keepSection(reader);
         if (findNextSection(reader)) {
-            reader.section = std::make_unique<FileDescription>();
+            startSection(reader);
             readHeader(reader);
         }
     }
@@ -641,7 +766,7 @@ void loadFdcFile(const std::string* fileName, std::uint16_t requestedTypes, Trac
         traceFiles.push_back(*fileName);
         return;
     }
-    reader.section = std::make_unique<FileDescription>();
+    startSection(reader);
     reader.section->fdcName = *fileName;
     readSections(reader, requestedTypes);
     closeFdcFile(&reader);

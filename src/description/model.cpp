@@ -26,7 +26,7 @@ struct ModelState {
     std::vector<TestHit> hitsOfTest;
     std::vector<std::uint8_t*> plainSeen; // bits of items with plain hits
     std::vector<CountedSeen> countedSeen;
-    std::vector<Service*> servicesWithFirstHits;
+    std::vector<FirstHit> firstHitsOfConditions; // of services with compositions
     ProvenConditions proven;
 };
 
@@ -143,6 +143,33 @@ void forgetPlainHits() {
     model().plainSeen.clear();
 }
 
+void noteFirstHit(Service& service, const HitRecord& record, std::uint16_t coverageType) {
+    constexpr std::uint16_t conditions = type::basicConditions | type::compoundConditions;
+    if ((coverageType & conditions) != 0 && !service.compositions.empty()) {
+        const auto place = static_cast<const ConditionEntry*>(&record) - service.conditions.data();
+        model().firstHitsOfConditions.push_back({&service, static_cast<std::uint32_t>(place)});
+    }
+}
+
+// For findCondition: takes note of the conditions from a place on.
+void knowConditions(Service& service, std::size_t from) {
+    const std::span<const ConditionEntry> conditions = service.conditions;
+    if (service.conditionPlaces == nullptr) {
+        const auto first = conditions.begin() + static_cast<std::ptrdiff_t>(from == 0 ? 0 : from - 1);
+        const auto doesNotAscend = [](const ConditionEntry& left, const ConditionEntry& right) {
+            return left.id >= right.id;
+        };
+        if (std::adjacent_find(first, conditions.end(), doesNotAscend) == conditions.end()) {
+            return;
+        }
+        service.conditionPlaces = std::make_unique<NumberMap<std::uint32_t, std::uint32_t>>();
+        from = 0;
+    }
+    for (std::size_t place = from; place < conditions.size(); ++place) {
+        service.conditionPlaces->try_emplace(conditions[place].id, static_cast<std::uint32_t>(place));
+    }
+}
+
 void addHits(HitRecord& record, std::uint32_t count) {
     record.testHits = saturatingSum(record.testHits, count);
     record.globalHits = saturatingSum(record.globalHits, count);
@@ -163,35 +190,6 @@ void indexItemsOfKind(FileDescription& description, ItemKind kind) {
     ItemIndex& index = description.itemIndexes[kindIndex(kind)];
     index.dense.resize(std::max(count, std::min<std::size_t>(largest, slack * count) + 1));
     forEachItemOfKind(description, kind, [&](CoverageItem& item) { addToIndex(index, item); });
-}
-
-// The vector of a case of a table ends early where the table does.
-std::string tableVector(const Composition& composition, std::uint32_t caseNumber) {
-    const auto width = static_cast<std::size_t>(composition.basicConditionCount);
-    const std::size_t start = std::size_t{caseNumber} * width;
-    return start < composition.cases.size() ? std::string(composition.cases.substr(start, width))
-                                            : std::string();
-}
-
-std::string expressionVector(const Composition& composition, std::uint32_t caseNumber) {
-    std::string vector;
-    for (int bit = 0; bit < composition.basicConditionCount; ++bit) {
-        const bool value = bit < 32 && (caseNumber >> static_cast<unsigned>(bit) & 1U) != 0;
-        vector += value ? 'T' : 'F';
-    }
-    return vector;
-}
-
-std::string caseText(const Composition& composition, std::uint32_t caseNumber) {
-    if (composition.frontier == expressionFrontier) {
-        const bool outcome = (composition.outcomes[caseNumber / 64] >> (caseNumber % 64) & 1U) != 0;
-        return expressionVector(composition, caseNumber) + (outcome ? "=T" : "=F");
-    }
-    std::string text = tableVector(composition, caseNumber);
-    if (text.size() == static_cast<std::size_t>(composition.basicConditionCount)) {
-        text += caseNumber < composition.frontier ? "=T" : "=F";
-    }
-    return text; // a table that is too short ends the text where its characters end
 }
 
 } // namespace
@@ -343,10 +341,7 @@ void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, s
     if ((record.flags & everHit) == 0) {
         countCovered(service.globalCovered, coverageType);
         record.flags |= everHit;
-        if (!service.hasFirstHits) {
-            service.hasFirstHits = true;
-            model().servicesWithFirstHits.push_back(&service);
-        }
+        noteFirstHit(service, record, coverageType);
     }
     record.flags |= hitFlag;
     if (counting == Counting::Accumulate) {
@@ -373,12 +368,8 @@ const std::vector<Service*>& servicesHitInTest() {
     return model().servicesHit;
 }
 
-std::vector<Service*> takeServicesWithFirstHits() {
-    std::vector<Service*> services = std::exchange(model().servicesWithFirstHits, {});
-    for (Service* service : services) {
-        service->hasFirstHits = false;
-    }
-    return services;
+std::vector<FirstHit> takeFirstHitsOfConditions() {
+    return std::exchange(model().firstHitsOfConditions, {});
 }
 
 ProvenConditions& provenConditions() {
@@ -416,60 +407,28 @@ std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t
 }
 
 void appendConditions(Service& service, std::span<const ConditionEntry> entries) {
-    std::pmr::vector<ConditionEntry>& conditions = service.conditions;
-    const auto doesNotAscend = [](const ConditionEntry& left, const ConditionEntry& right) {
-        return left.id >= right.id;
-    };
-    auto unknown = static_cast<std::uint32_t>(conditions.size()); // to conditionPlaces
-    const std::size_t checked = conditions.empty() ? 0 : conditions.size() - 1;
-    conditions.insert(conditions.end(), entries.begin(), entries.end());
-    if (service.conditionPlaces == nullptr) {
-        const auto first = conditions.begin() + static_cast<std::ptrdiff_t>(checked);
-        if (std::adjacent_find(first, conditions.end(), doesNotAscend) == conditions.end()) {
-            return;
+    const std::size_t known = service.conditions.size();
+    reserveConditions(service, entries.size());
+    service.grownConditions.insert(service.grownConditions.end(), entries.begin(), entries.end());
+    service.conditions = service.grownConditions;
+    knowConditions(service, known);
+}
+
+void reserveConditions(Service& service, std::size_t count) {
+    std::vector<ConditionEntry>& grown = service.grownConditions;
+    const std::size_t needed = service.conditions.size() + count;
+    if (needed > grown.capacity()) {
+        grown.reserve(std::max(needed, grown.capacity() + grown.capacity() / 2));
+        if (grown.empty()) {
+            grown.assign(service.conditions.begin(), service.conditions.end());
         }
-        service.conditionPlaces = std::make_unique<NumberMap<std::uint32_t, std::uint32_t>>();
-        unknown = 0;
-    }
-    for (; unknown < conditions.size(); ++unknown) {
-        service.conditionPlaces->try_emplace(conditions[unknown].id, unknown);
+        service.conditions = grown;
     }
 }
 
-std::string conditionText(const Service& service, std::uint32_t place) {
-    const ConditionEntry& entry = service.conditions[place];
-    if (entry.kind != ConditionKind::Case) {
-        return entry.text;
-    }
-    const auto behind = std::upper_bound(
-        service.compositions.begin(), service.compositions.end(), place,
-        [](std::uint32_t wanted, const Composition& composition) { return wanted < composition.firstCase; });
-    const Composition& composition = *std::prev(behind);
-    return caseText(composition, place - composition.firstCase);
-}
-
-std::string_view outcomeText(const Service& service, const ConditionEntry& condition) {
-    if (condition.kind != ConditionKind::Outcome) {
-        return "";
-    }
-    const bool isLast = &condition == &service.conditions.back();
-    return !isLast && (&condition)[1].text == condition.text ? "True" : "False";
-}
-
-std::string pairsText(const Service& service, const Composition& composition, std::size_t place) {
-    std::string text;
-    for (const VectorPair& pair : composition.modifiedConditions[place].pairs) {
-        if (text.empty()) {
-            text.append("#").append(std::to_string(place + 1)).append(" (");
-        } else {
-            text += ", (";
-        }
-        text += conditionText(service, pair.first);
-        text += '/';
-        text += conditionText(service, pair.second);
-        text += ')';
-    }
-    return text;
+std::vector<ConditionEntry> settleConditions(Service& service) {
+    service.conditions = recordMemory().keep<ConditionEntry>(service.conditions);
+    return std::exchange(service.grownConditions, {});
 }
 
 } // namespace veldacov

@@ -158,7 +158,9 @@ struct VectorPair {
 struct ModifiedCondition : HitRecord {
     bool proven = false;              // one of its pairs has been hit; from then on every test covers it
     std::uint32_t basicCondition = 0; // place of its (first) entry in the service's conditions
-    std::vector<VectorPair> pairs;    // in the order found
+    std::vector<VectorPair> pairs;    // in the order found: that of their first cases
+    // Places of the pairs in the order of their second cases; made for many pairs of a table, when first needed.
+    std::unique_ptr<std::vector<std::uint32_t>> bySecondCase;
 };
 
 constexpr std::uint32_t expressionFrontier = 4294967295;
@@ -167,10 +169,11 @@ struct Composition {
     std::uint32_t firstCase = 0; // place of case 0 in the service's conditions; the others follow it
     std::uint32_t caseCount = 0;
     std::int16_t basicConditionCount = 0;
+    bool casesInStep = true; // looking up the identifier of a case gives that case, not an earlier condition
     std::uint32_t frontier = 0; // leading cases with outcome true; expressionFrontier: `cases`
                                 // is an expression and `outcomes` tells
-    std::vector<std::uint32_t> basicConditionIds;      // in order
-    std::string_view cases;                            // table or expression; in the model's arena
+    std::span<const std::uint32_t> basicConditionIds;  // in order; in the model's arena, like the next
+    std::string_view cases;                            // table or expression
     std::vector<std::uint64_t> outcomes;               // bit c of the words: outcome of case c
     std::vector<ModifiedCondition> modifiedConditions; // in basic-condition order
 };
@@ -184,7 +187,7 @@ struct alignas(64) Service {
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
     CoverageCounters counts{};
-    bool hasFirstHits = false;       // stands in the list of takeServicesWithFirstHits
+    bool allCasesInStep = true;      // those of its compositions
     bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
     std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
     CoverageCounters testCovered{};
@@ -193,8 +196,10 @@ struct alignas(64) Service {
     std::span<ExitEntry> exits; // these three look at the items of the file
     std::span<CallEntry> calls;
     std::span<BlockEntry> blocks;
-    std::pmr::vector<ConditionEntry> conditions{&recordMemory()};
+    std::span<ConditionEntry> conditions; // in the model's arena, or looks at grownConditions
     std::vector<Composition> compositions;
+    // While conditions are added, and for those that came in several pieces: what grows here leaves nothing behind.
+    std::vector<ConditionEntry> grownConditions;
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
     std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> conditionPlaces;
@@ -325,8 +330,14 @@ inline std::uint16_t typeOf(const TestHit& hit) {
 inline Service& serviceOf(const TestHit& hit) {
     return loadedDescriptions()[hit.file]->services[hit.service];
 }
-// The services that have had an item hit for the first time since the last call, each once.
-std::vector<Service*> takeServicesWithFirstHits();
+
+// The conditions and cases that have been hit for the first time ever since the last call, of services with
+// compositions, in the order of their hits. Nothing else can complete a pair.
+struct FirstHit {
+    Service* service = nullptr;
+    std::uint32_t place = 0; // in the conditions of the service
+};
+std::vector<FirstHit> takeFirstHitsOfConditions();
 
 // The modified conditions proven so far, with their services, and how many of them the current test has counted.
 struct ProvenCondition {
@@ -346,20 +357,15 @@ void resetTestCounts();
 std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t id);
 // Appends conditions; findCondition knows them from then on.
 void appendConditions(Service& service, std::span<const ConditionEntry> entries);
+// Makes room for so many more to be appended. Conditions that come a few at a time move seldom.
+void reserveConditions(Service& service, std::size_t count);
+// Moves the conditions, of which there will mostly be no more, to the model's arena. Gives the memory that they leave.
+std::vector<ConditionEntry> settleConditions(Service& service);
 
-// The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
-std::string conditionText(const Service& service, std::uint32_t place);
-// "True" for the first outcome of a two-outcome condition (the next entry shares its text object), "False"
-// for the second, empty for other conditions.
-std::string_view outcomeText(const Service& service, const ConditionEntry& condition);
 // The line that outputs show for a block: an implicit one stands where its statement ends.
 inline std::uint32_t blockLine(const BlockEntry& block) {
     return block.kind == BlockKind::Implicit ? block.endLine : block.startLine;
 }
-// The texts of a modified condition's pairs, "#<n> (case/case), (case/case)"; empty when it has no pair.
-// `place` is that of the modified condition in its composition.
-std::string pairsText(const Service& service, const Composition& composition, std::size_t place);
-
 // Calls visit(record, coverage type) for every item and modified condition of a service, in the order entry,
 // exits, calls, blocks, conditions, modified conditions.
 template <typename Visit>

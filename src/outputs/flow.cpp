@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "description/conditions.h"
 #include "report/auth.h"
 #include "report/hit_lines.h"
 #include "report/report_text.h"

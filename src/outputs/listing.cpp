@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "description/conditions.h"
 #include "description/model.h"
 #include "report/auth.h"
 #include "report/labels.h"
@@ -62,14 +62,17 @@ constexpr std::string_view behindSource = "+++++";
 
 constexpr std::string_view listingExtension = ".lsc";
 
-// What is said about an item, under the line that it belongs to.
+// What is said about an item, under the line that it belongs to. There may be millions; the texts behind the label
+// are made when the note is written.
 struct ListingNote {
+    using PutText = void (*)(OutputFile&, const ListingNote&);
     std::uint32_t line = 0; // from 1
-    bool hit = false;
+    bool hit = false;       // such notes are counted and not written
     NoteLabel label = NoteLabel::Incoming;
-    // Hit notes are not written and have no texts.
-    std::optional<std::string> text{};
-    std::optional<std::string> detail{};
+    PutText putText = nullptr; // with the blank before it; null for notes without one
+    const Service* service = nullptr;
+    const HitRecord* record = nullptr;
+    const Composition* composition = nullptr; // of a modified condition
 };
 using Notes = std::vector<ListingNote>;
 
@@ -82,6 +85,45 @@ struct Listing {
     bool pastEnd = false;
     std::uint16_t types = 0;
 };
+
+void putCall(OutputFile& out, const ListingNote& note) {
+    out.put(' ');
+    out.put(static_cast<const CallEntry*>(note.record)->calledName->text);
+}
+
+void putBlock(OutputFile& out, const ListingNote& note) {
+    out.put(' ');
+    out.put(static_cast<const BlockEntry*>(note.record)->label);
+}
+
+void putBasicCondition(OutputFile& out, const ListingNote& note) {
+    const auto& condition = *static_cast<const ConditionEntry*>(note.record);
+    out.put(' ');
+    out.put(condition.text);
+    if (condition.kind == ConditionKind::Outcome) {
+        out.put(' ');
+        out.put(outcomeText(*note.service, condition));
+    }
+}
+
+void putModifiedCondition(OutputFile& out, const ListingNote& note) {
+    const auto& modified = *static_cast<const ModifiedCondition*>(note.record);
+    out.put(' ');
+    out.put(conditionText(*note.service, modified.basicCondition));
+    out.put(' ');
+    if (modified.pairs.empty()) {
+        out.put(labelText(ReportLabel::NoVectorPair, Language::English));
+    }
+    const auto place = static_cast<std::size_t>(&modified - note.composition->modifiedConditions.data());
+    pairsText(*note.service, *note.composition, place, [&out](std::string_view piece) { out.put(piece); });
+}
+
+void putCase(OutputFile& out, const ListingNote& note) {
+    const auto* entry = static_cast<const ConditionEntry*>(note.record);
+    const auto place = static_cast<std::uint32_t>(entry - note.service->conditions.data());
+    out.put(' ');
+    out.put(conditionText(*note.service, place));
+}
 
 // Collects the notes of one service under a mask of types.
 class NoteCollector {
@@ -98,8 +140,7 @@ public:
         }
         if (has(type::calls)) {
             for (const CallEntry& call : service_.calls) {
-                add(call.startLine, call, NoteLabel::CallOf,
-                    [&] { return std::string(call.calledName->text); });
+                add(call.startLine, call, NoteLabel::CallOf, putCall);
             }
         }
         if (has(type::simpleBlocks)) {
@@ -115,20 +156,10 @@ public:
 private:
     [[nodiscard]] bool has(std::uint16_t bit) const { return (types_ & bit) != 0; }
 
-    static std::optional<std::string> nothing() { return std::nullopt; }
-
-    // The texts are made for notes that will be written only.
-    template <typename Text = decltype(&nothing), typename Detail = decltype(&nothing)>
-    void add(std::uint32_t line, const HitRecord& record, NoteLabel label, Text text = nothing,
-             Detail detail = nothing) {
-        ListingNote& note = notes_.emplace_back();
-        note.line = line;
-        note.hit = (record.flags & everHit) != 0;
-        note.label = label;
-        if (!note.hit) {
-            note.text = text();
-            note.detail = detail();
-        }
+    void add(std::uint32_t line, const HitRecord& record, NoteLabel label,
+             ListingNote::PutText putText = nullptr, const Composition* composition = nullptr) {
+        notes_.push_back(
+            {line, (record.flags & everHit) != 0, label, putText, &service_, &record, composition});
     }
 
     void collectExits() {
@@ -150,22 +181,16 @@ private:
         for (const BlockEntry& block : service_.blocks) {
             const BlockNote& note = byKind[static_cast<std::size_t>(block.kind)];
             if (has(note.neededType)) {
-                add(blockLine(block), block, note.label, [&] { return std::string(block.label); });
+                add(blockLine(block), block, note.label, putBlock);
             }
         }
     }
 
     void collectBasicConditions() {
         for (const ConditionEntry& condition : service_.conditions) {
-            if (condition.kind == ConditionKind::Case) {
-                continue;
-            }
-            const auto text = [&] { return std::string(condition.text); };
-            if (condition.kind == ConditionKind::Single) {
-                add(condition.endLine, condition, NoteLabel::BasicCondition, text);
-            } else {
-                add(condition.startLine, condition, NoteLabel::BasicCondition, text,
-                    [&] { return std::string(outcomeText(service_, condition)); });
+            if (condition.kind != ConditionKind::Case) {
+                add(condition.kind == ConditionKind::Single ? condition.endLine : condition.startLine,
+                    condition, NoteLabel::BasicCondition, putBasicCondition);
             }
         }
     }
@@ -177,17 +202,9 @@ private:
         const NoteLabel label =
             has(type::forcedConditions) ? NoteLabel::ForcedModifiedCondition : NoteLabel::ModifiedCondition;
         for (const Composition& composition : service_.compositions) {
-            for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
-                const ModifiedCondition& modified = composition.modifiedConditions[place];
-                add(
-                    service_.conditions[modified.basicCondition].startLine, modified, label,
-                    [&] { return conditionText(service_, modified.basicCondition); },
-                    [&] {
-                        const std::string pairs = pairsText(service_, composition, place);
-                        return pairs.empty()
-                                   ? std::string(labelText(ReportLabel::NoVectorPair, Language::English))
-                                   : pairs;
-                    });
+            for (const ModifiedCondition& modified : composition.modifiedConditions) {
+                add(service_.conditions[modified.basicCondition].startLine, modified, label,
+                    putModifiedCondition, &composition);
             }
         }
     }
@@ -200,9 +217,8 @@ private:
             has(type::forcedConditions) ? NoteLabel::ForcedCompoundCondition : NoteLabel::CompoundCondition;
         for (const Composition& composition : service_.compositions) {
             for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
-                const std::uint32_t place = composition.firstCase + i;
-                const CoverageItem& item = service_.conditions[place];
-                add(item.endLine, item, label, [&] { return conditionText(service_, place); });
+                const CoverageItem& item = service_.conditions[composition.firstCase + i];
+                add(item.endLine, item, label, putCase);
             }
         }
     }
@@ -252,8 +268,13 @@ void copyLinesBefore(Listing& listing, std::uint32_t line) {
 
 void writeNote(Listing& listing, const ListingNote& note) {
     const std::string_view mark = listing.pastEnd ? behindSource : withinSource;
-    putLine(listing.out, mark, " ", noteLabels[static_cast<std::size_t>(note.label)], note.text ? " " : "",
-            note.text.value_or(""), note.detail ? " " : "", note.detail.value_or(""), " ", mark);
+    listing.out.put(mark);
+    listing.out.put(' ');
+    listing.out.put(noteLabels[static_cast<std::size_t>(note.label)]);
+    if (note.putText != nullptr) {
+        note.putText(listing.out, note);
+    }
+    putLine(listing.out, " ", mark);
 }
 
 // The notes of one line. Their numbers are kept in 16 bits and wrap there.

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "description/conditions.h"
 #include "report/auth.h"
 #include "report/rates.h"
 #include "support/files.h"
@@ -38,30 +39,45 @@ std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
     return session.options->global ? record.globalHits : record.testHits;
 }
 
+// References are written by functions that put their text, because most have none to write: texts of cases and pairs
+// are made when their line is written, and those of pairs never stand in memory as a whole.
+
 // The form of tests without counts lists the references that were not hit, with -BRANCH=COV those that were.
-void writePlainReference(TraceSession& session, std::string_view label, std::string_view detail,
-                         std::uint32_t count, std::uint32_t line) {
-    if ((count != 0) == session.options->branchCoverage) {
-        putLine(*session.reportStream, "\t\t\t\t", label, detail.empty() ? "" : " ", detail, ", ",
-                text(session, ReportLabel::Line), " ", line);
+template <typename PutText>
+void writePlainReference(TraceSession& session, const HitRecord& record, std::uint32_t line,
+                         PutText putText) {
+    if ((hitsOf(session, record) != 0) == session.options->branchCoverage) {
+        OutputFile& out = *session.reportStream;
+        out.put("\t\t\t\t");
+        putText(out);
+        putLine(out, ", ", text(session, ReportLabel::Line), " ", line);
     }
 }
 
-void writeCountedReference(TraceSession& session, std::string_view label, std::string_view detail,
-                           std::uint32_t count, std::uint32_t line) {
-    putLine(*session.reportStream, "\t\t\t", count == 0 ? "*****" : "", "\t", label,
-            detail.empty() ? "" : " ", detail, ", ", text(session, ReportLabel::Line), " ", line, ", ", count,
-            " ", text(session, ReportLabel::Times),
+template <typename PutText>
+void writeCountedReference(TraceSession& session, const HitRecord& record, std::uint32_t line,
+                           PutText putText) {
+    const std::uint32_t count = hitsOf(session, record);
+    OutputFile& out = *session.reportStream;
+    out.put(count == 0 ? "\t\t\t*****\t" : "\t\t\t\t");
+    putText(out);
+    putLine(out, ", ", text(session, ReportLabel::Line), " ", line, ", ", count, " ",
+            text(session, ReportLabel::Times),
             count == mostHits ? text(session, ReportLabel::MaximumReached) : "");
 }
 
-void writeReference(TraceSession& session, const CoverageBlock& block, std::string_view label,
-                    std::string_view detail, std::uint32_t count, std::uint32_t line) {
+template <typename PutText>
+void writeReference(TraceSession& session, const CoverageBlock& block, const HitRecord& record,
+                    std::uint32_t line, PutText putText) {
     if (block.countOriented) {
-        writeCountedReference(session, label, detail, count, line);
+        writeCountedReference(session, record, line, putText);
     } else {
-        writePlainReference(session, label, detail, count, line);
+        writePlainReference(session, record, line, putText);
     }
+}
+
+auto putting(std::string_view text) {
+    return [text](OutputFile& out) { out.put(text); };
 }
 
 void writeEntryReference(TraceSession& session, const CoverageBlock& block) {
@@ -69,23 +85,22 @@ void writeEntryReference(TraceSession& session, const CoverageBlock& block) {
     if (!service.entry) {
         internalError(translate("Internal Error", "No entry point in proc"));
     }
-    writeReference(session, block, text(session, ReportLabel::Incoming), "", hitsOf(session, *service.entry),
-                   service.entry->startLine);
+    writeReference(session, block, *service.entry, service.entry->startLine,
+                   putting(text(session, ReportLabel::Incoming)));
 }
 
 void writeProcedureBranches(TraceSession& session, const CoverageBlock& block) {
     const Service& service = *block.service;
     writeEntryReference(session, block);
     for (const ExitEntry& exit : service.exits) {
-        writeReference(session, block, text(session, exitLabel(exit.kind)), "", hitsOf(session, exit),
-                       exit.startLine);
+        writeReference(session, block, exit, exit.startLine, putting(text(session, exitLabel(exit.kind))));
     }
 }
 
 void writeCalls(TraceSession& session, const CoverageBlock& block) {
     const Service& service = *block.service;
     for (const CallEntry& call : service.calls) {
-        writeReference(session, block, call.calledName->text, "", hitsOf(session, call), call.startLine);
+        writeReference(session, block, call, call.startLine, putting(call.calledName->text));
     }
 }
 
@@ -94,7 +109,7 @@ void writeBlocks(TraceSession& session, const CoverageBlock& block) {
     const Service& service = *block.service;
     for (const BlockEntry& entry : service.blocks) {
         if (entry.kind == kind) {
-            writeReference(session, block, entry.label, "", hitsOf(session, entry), blockLine(entry));
+            writeReference(session, block, entry, blockLine(entry), putting(entry.label));
         }
     }
 }
@@ -103,10 +118,25 @@ void writeBasicConditions(TraceSession& session, const CoverageBlock& block) {
     const Service& service = *block.service;
     for (const ConditionEntry& condition : service.conditions) {
         if (condition.kind != ConditionKind::Case) {
-            writeReference(session, block, condition.text, outcomeText(service, condition),
-                           hitsOf(session, condition), condition.startLine);
+            writeReference(session, block, condition, condition.startLine, [&](OutputFile& out) {
+                const std::string_view outcome = outcomeText(service, condition);
+                out.put(condition.text);
+                out.put(outcome.empty() ? "" : " ");
+                out.put(outcome);
+            });
         }
     }
+}
+
+void putModifiedCondition(const TraceSession& session, OutputFile& out, const Service& service,
+                          const Composition& composition, std::size_t place) {
+    const ModifiedCondition& modified = composition.modifiedConditions[place];
+    out.put(conditionText(service, modified.basicCondition));
+    out.put(' ');
+    if (modified.pairs.empty()) {
+        out.put(text(session, ReportLabel::NoVectorPair));
+    }
+    pairsText(service, composition, place, [&out](std::string_view piece) { out.put(piece); });
 }
 
 void writeModifiedConditions(TraceSession& session, const CoverageBlock& block) {
@@ -114,11 +144,9 @@ void writeModifiedConditions(TraceSession& session, const CoverageBlock& block) 
     for (const Composition& composition : service.compositions) {
         for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
             const ModifiedCondition& modified = composition.modifiedConditions[place];
-            const std::string pairs = pairsText(service, composition, place);
-            writePlainReference(session, conditionText(service, modified.basicCondition),
-                                pairs.empty() ? text(session, ReportLabel::NoVectorPair) : pairs,
-                                hitsOf(session, modified),
-                                service.conditions[modified.basicCondition].startLine);
+            writePlainReference(
+                session, modified, service.conditions[modified.basicCondition].startLine,
+                [&](OutputFile& out) { putModifiedCondition(session, out, service, composition, place); });
         }
     }
 }
@@ -129,8 +157,8 @@ void writeCompoundCases(TraceSession& session, const CoverageBlock& block) {
         for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
             const std::uint32_t place = composition.firstCase + i;
             const CoverageItem& item = service.conditions[place];
-            writeReference(session, block, conditionText(service, place), "", hitsOf(session, item),
-                           item.startLine);
+            writeReference(session, block, item, item.startLine,
+                           [&](OutputFile& out) { out.put(conditionText(service, place)); });
         }
     }
 }

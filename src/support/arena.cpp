@@ -1,5 +1,6 @@
 #include "support/arena.h"
 
+#include <algorithm>
 #include <new>
 
 #include "support/platform.h"
@@ -35,6 +36,37 @@ bool BlockSource::do_is_equal(const std::pmr::memory_resource& other) const noex
 std::pmr::memory_resource& blockSource() {
     static BlockSource source;
     return source;
+}
+
+Arena::~Arena() {
+    for (const Block& block : blocks_) {
+        blockSource().deallocate(block.start, block.size);
+    }
+}
+
+void Arena::rewind(Mark mark) {
+    current_ = mark.block;
+    next_ = mark.next;
+    end_ = next_ != nullptr ? blocks_[current_].start + blocks_[current_].size : nullptr;
+}
+
+// Free blocks that are too small are passed over; a later rewinding makes them of use again.
+void* Arena::allocateInNextBlock(std::size_t size, std::size_t alignment) {
+    const std::size_t needed = size + alignment;
+    std::size_t block = next_ != nullptr ? current_ + 1 : 0;
+    while (block < blocks_.size() && blocks_[block].size < needed) {
+        ++block;
+    }
+    if (block == blocks_.size()) {
+        blocks_.reserve(blocks_.size() + 1);
+        const std::size_t taken = std::max(nextSize_, needed);
+        blocks_.push_back({static_cast<std::byte*>(blockSource().allocate(taken)), taken});
+        nextSize_ += nextSize_ / 2;
+    }
+    current_ = block;
+    next_ = blocks_[block].start;
+    end_ = next_ + blocks_[block].size;
+    return do_allocate(size, alignment);
 }
 
 } // namespace veldacov

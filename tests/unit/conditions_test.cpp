@@ -68,7 +68,8 @@ Texts textsOf(const Service& service, const Composition& composition) {
         texts.push_back(conditionText(service, composition.firstCase + k));
     }
     for (std::size_t j = 0; j < composition.modifiedConditions.size(); ++j) {
-        texts.push_back(pairsText(service, composition, j));
+        std::string& pairs = texts.emplace_back();
+        pairsText(service, composition, j, [&](std::string_view piece) { pairs += piece; });
     }
     return texts;
 }
@@ -217,38 +218,70 @@ TEST_F(ConditionsTest, DocumentedTexts) {
     }
 }
 
+// Compositions with few and with many pairs, in tests that hit one or many cases for the first time; in the last
+// service identifiers of cases are repeated, and wrap.
 TEST_F(ConditionsTest, AModifiedConditionIsHitByCasesOfAnyTests) {
-    std::string body;
-    for (const std::string service : {"f", "g"}) {
-        for (const std::string id : {"0", "1"}) {
-            body += "CA " + id + (service == "g" ? "0" : "") + " \"" + service + "\" \"c\" 1 1\n";
-        }
-        body += service == "f" ? "CC 20 2 0 1 4 A..\nCC 24 2 1 0 4 X..\n" : "CC 30 3 0 10 0 8 AO...\n";
-    }
-    FileDescription& file = load(descriptionOf(body));
-    for (std::uint32_t test = 0; test < 40; ++test) {
-        resetTestCounts();
-        recordHit(file, ItemKind::Condition, test % 4 == 3 ? 30 + below(8) : 20 + below(8), 5,
-                  Counting::Accumulate);
-        computeModifiedConditionHits();
-        for (const Service& service : file.services) {
-            std::uint32_t covered = 0;
-            for (const Composition& composition : service.compositions) {
-                for (const ModifiedCondition& modified : composition.modifiedConditions) {
-                    const auto isHit = [&](const VectorPair& pair) {
-                        return service.conditions[pair.first].globalHits > 0 &&
-                               service.conditions[pair.second].globalHits > 0;
-                    };
-                    const bool expected = std::any_of(modified.pairs.begin(), modified.pairs.end(), isHit);
-                    EXPECT_EQ(modified.testHits, expected ? 1U : 0U) << test;
-                    covered += expected ? 1 : 0;
-                }
+    constexpr std::uint32_t maximum = 4294967295;
+    for (std::uint32_t round = 0; round < 12; ++round) {
+        std::string body;
+        std::vector<std::uint32_t> ids;
+        const auto add = [&](std::uint32_t id, std::uint32_t width, std::uint32_t cases,
+                             const std::string& text) {
+            body += "CC " + std::to_string(id) + " " + std::to_string(width);
+            for (std::uint32_t j = 0; j < width; ++j) {
+                body += round % 2 == 0 ? " 0" : " 1";
             }
-            EXPECT_EQ(service.testCovered[counter::modifiedConditions], covered);
-            EXPECT_EQ(service.globalCovered[counter::modifiedConditions], covered);
+            body += " " + std::to_string(cases) + " " + text + "\n";
+            for (std::uint32_t i = 0; i < cases; ++i) {
+                ids.push_back(id + i);
+            }
+        };
+        for (const std::string service : {"e", "t", "r"}) {
+            body += "CE 0 \"" + service + "\" \"c\" 1 1\n";
+            if (service == "e") {
+                add(20, 2, 4, "A..");
+                add(30, 8, 256, randomText(7, "XXAO") + "........");
+            } else if (service == "t") {
+                add(1000, 1, 400, std::string(200, 'T') + std::string(200, 'F') + " 200");
+                add(2000, 3, 300, randomText(900, "TFX") + " 150");
+            } else {
+                add(round % 3 == 0 ? 1 : 3000, 2, 100, randomText(200, "TFX") + " 40");
+                add(round % 3 == 0 ? 0 : maximum - 90, 7, 128, "XXXAAX.......");
+                add(3050, 1, 250, randomText(250, "TF") + " 100");
+            }
+        }
+        freeAllDescriptions();
+        FileDescription& file = load(descriptionOf(body));
+        for (std::uint32_t test = 0; test < 150; ++test) {
+            resetTestCounts();
+            for (std::uint32_t hits = test % 20 == 19 ? 40 : 1 + below(2); hits > 0; --hits) {
+                const bool low = hits == 1 && test < 100; // so that some conditions stay open for long
+                findDescription(1, below(2));
+                recordHit(file, ItemKind::Condition,
+                          ids[low ? below(4) : below(static_cast<std::uint32_t>(ids.size()))], 5,
+                          Counting::Accumulate);
+            }
+            computeModifiedConditionHits();
+            for (const Service& service : file.services) {
+                std::uint32_t covered = 0;
+                for (const Composition& composition : service.compositions) {
+                    for (const ModifiedCondition& modified : composition.modifiedConditions) {
+                        const auto isHit = [&](const VectorPair& pair) {
+                            return service.conditions[pair.first].globalHits > 0 &&
+                                   service.conditions[pair.second].globalHits > 0;
+                        };
+                        const bool expected =
+                            std::any_of(modified.pairs.begin(), modified.pairs.end(), isHit);
+                        ASSERT_EQ(modified.testHits, expected ? 1U : 0U) << round << " " << test;
+                        ASSERT_EQ(modified.basicCondition, round % 2);
+                        covered += expected ? 1 : 0;
+                    }
+                }
+                ASSERT_EQ(service.testCovered[counter::modifiedConditions], covered);
+                ASSERT_EQ(service.globalCovered[counter::modifiedConditions], covered);
+            }
         }
     }
-    EXPECT_EQ(file.services[0].compositions[1].modifiedConditions[0].basicCondition, 1U);
 }
 
 } // namespace

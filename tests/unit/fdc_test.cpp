@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "description/conditions.h"
 #include "support/files.h"
 #include "unit/test_support.h"
 

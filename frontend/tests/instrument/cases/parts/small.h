@@ -1,3 +1,4 @@
-static inline int small(int n) {
+static inline int small(int n)
+{
     return n < 3;
 }
