@@ -17,12 +17,11 @@ import tempfile
 import time
 from concurrent.futures import ThreadPoolExecutor
 
+from measures import RECORD, VALUES, broken_history, entries_of, record_at
+
 KILLS = next((int(option.partition("=")[2]) for option in sys.argv[2:] if option.startswith("--kills=")), 50)
-VALUES = 20
-RECORD = 8 + VALUES * 8  # time, key, and each value with its running total
 HEAD = "Norvik - Test Process Monitor: "
 IN_USE = "File is currently in use.\n  Please break\n      or wait until previous task has finished\n      or remove file: "
-STILL_IN_USE = "File is still in use.\n  Please wait until previous task has finished\n      or remove file: "
 MESSAGES = ("Unable to create TPM file", "Unable to create DataBase file", "Unable to write in DataBase file",
             "Unable write in DataBase file", "Unable to open DataBase file", "Reposition in DataBase file fail",
             "Unable to read DataBase file", "Unable to update DataBase file", "Unable to open index file",
@@ -53,7 +52,7 @@ class Database:
         environment = {"NORVIKDIR": str(self.work / "norvik"), "LC_ALL": "C.UTF-8", "TZ": "UTC",
                        "VELDA_TPM_ROOT": self.base, "VELDA_TPM_USER": "anna"}
         return subprocess.Popen([self.work / "veldacov", *words.split(), f"-OUTPUT={report}"], cwd=self.work, env=environment,
-                                stderr=subprocess.PIPE, text=True, **more)
+                                text=True, **{"stderr": subprocess.PIPE} | more)
 
     def run(self, hits, files="nine", **more):
         """A run to its end; gives its messages."""
@@ -84,11 +83,10 @@ class Database:
         return process, first
 
     def entries(self):
-        data = self.index.read_bytes() if self.index.is_file() else b""
-        return [struct.unpack_from("<II", data, place) for place in range(0, len(data) - 7, 8)]
+        return entries_of(self.index.read_bytes() if self.index.is_file() else b"")
 
     def record(self, offset):
-        return struct.unpack_from(f"<{RECORD // 4}I", self.records.read_bytes(), offset)
+        return record_at(self.records.read_bytes(), offset)
 
     def check_index(self, when, keys=()):
         """Every entry names a whole record of its key, and all the keys have one."""
@@ -100,17 +98,10 @@ class Database:
         check({key for key, _ in entries} >= set(keys), f"{when}: a key has no entry")
 
     def check_history(self, when, count):
-        """Totals follow from the records before, nothing is lost, and the index names the latest of each key."""
         data = self.records.read_bytes()
         check(len(data) == count * RECORD, f"{when}: {len(data)} bytes of {count} records")
-        values, totals, latest = {}, [0] * VALUES, {}
-        for offset in range(0, len(data) - RECORD + 1, RECORD):
-            words = self.record(offset)
-            for i, (new, old) in enumerate(zip(words[2::2], values.get(words[1], [0] * VALUES))):
-                totals[i] += new - old
-            values[words[1]], latest[words[1]] = words[2::2], offset
-            check(list(words[3::2]) == totals, f"{when}: the totals at {offset}")
-        check(dict(self.entries()) == latest, f"{when}: the index does not name the latest records")
+        broken = broken_history(data, self.index.read_bytes())
+        check(not broken, f"{when}: {broken}")
 
 
 def without_date(report):
@@ -128,27 +119,6 @@ def at_once(work):
                 check(err.count("currently in use") == err.count("now available"), f"{processes} at once: {err!r}")
         database.check_history(f"{processes} at once", 9 * processes * runs)
         check(not database.lock.exists(), f"{processes} at once: the lock is left")
-
-
-def left_lock(work):
-    """Nothing is written while the lock stands. When it goes, the run goes on; when the run is interrupted, it gives up
-    the database, and leaves the lock to its owner."""
-    for event in ("removed", "interrupted"):
-        database = Database(work, event)
-        database.run(2, "one")
-        database.lock.touch()
-        process, first = database.start_waiting("report.waiting")
-        database.check_history(f"{event}, waiting", 1)
-        if event == "removed":
-            database.lock.unlink()
-            last = f"{HEAD}File is now available\n"
-        else:
-            process.send_signal(signal.SIGINT)
-            last = f"{HEAD}User break.\n  {STILL_IN_USE}{database.lock}\n"
-        err = database.ended(process, "report.waiting", "one1", first)
-        check(err == first + last, f"{event}: {err!r}")
-        check(database.lock.exists() == (event == "interrupted"), f"{event}: whose lock is it?")
-        database.check_history(f"{event}, at the end", 2 if event == "removed" else 1)
 
 
 def killed(work):
@@ -220,6 +190,71 @@ def cut_files(work):
     print(f"{len(lengths)} pairs of cut files, {told} told of")
 
 
+def full_pipe():
+    """A pipe that takes no more: who writes to it waits."""
+    reader, writer = os.pipe()
+    os.set_blocking(writer, False)
+    try:
+        while os.write(writer, bytes(65536)):
+            pass
+    except BlockingIOError:
+        os.set_blocking(writer, True)
+    return reader, writer
+
+
+def seconds_used(process):
+    fields = pathlib.Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def handles_interrupts(process):
+    caught = next(line for line in pathlib.Path(f"/proc/{process.pid}/status").read_text().splitlines() if line.startswith("SigCgt"))
+    return int(caught.split()[1], 16) >> (signal.SIGINT - 1) & 1
+
+
+def waiting(work):
+    """Who waits has written his report, rests meanwhile, goes on soon, and knows an interrupt from his message on."""
+    database = Database(work, "waiting")
+    database.lock.touch()
+    reader, writer = full_pipe()
+    process = database.start("three.fdc three1.tio", "report.waiting", stderr=writer)
+    os.close(writer)
+    latest = time.monotonic() + 20
+    while not handles_interrupts(process) and time.monotonic() < latest:
+        time.sleep(0.01)
+    check(handles_interrupts(process), "interrupts are not handled before the message")
+    written, whole = (without_date(work / name) for name in ("report.waiting", "good.three1"))
+    check(written == whole[:-1], "the report is not written before the wait")  # but for the line that ends it
+    if problems:
+        process.kill()
+    process.send_signal(signal.SIGINT)
+    err = b""
+    while b"User break" not in err and (more := os.read(reader, 65536)):
+        err += more.lstrip(b"\0")
+    database.lock.unlink()
+    while more := os.read(reader, 65536):
+        err += more
+    process.wait()
+    os.close(reader)
+    check(err.decode().startswith(f"{HEAD}{IN_USE}{database.lock}\n{HEAD}User break.\n"), f"an interrupt at once: {err!r}")
+    check(len(database.entries()) == 2, "an interrupt gives up one record")
+
+    delays = []
+    for _ in range(5):
+        database.lock.touch()
+        process, first = database.start_waiting("report.waiting")
+        before = seconds_used(process)
+        time.sleep(0.5)
+        used = seconds_used(process) - before
+        check(used < 0.05, f"waiting 0.5 s takes {used} s of the processor")
+        database.lock.unlink()
+        released = time.monotonic()
+        first += process.stderr.readline()
+        delays.append(time.monotonic() - released)
+        database.ended(process, "report.waiting", "one1", first)
+    check(min(delays) < 0.05, f"the lock is taken {min(delays)} s after its release")
+
+
 def foreign_files(work):
     for length in (0, 1, 7, 8, 167, 168, 169, 5000):
         for which in ("records", "index", "both"):
@@ -289,7 +324,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         work = pathlib.Path(folder)
         prepare(work)
-        for part in (at_once, left_lock, killed, cut_files, foreign_files, unusable_root):
+        for part in (at_once, waiting, killed, cut_files, foreign_files, unusable_root):
             started = time.monotonic()
             part(work)
             print(f"{part.__name__}: {time.monotonic() - started:.1f} s", flush=True)

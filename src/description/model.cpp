@@ -19,8 +19,8 @@ struct CountedSeen {
 struct ModelState {
     Arena records; // what follows lies in it, or looks into it
     DescriptionList descriptions;
-    std::unordered_set<std::uint32_t> keys;
-    std::unordered_map<std::uint64_t, FileDescription*> byKeyAndChecksum; // the first of each
+    std::unordered_set<std::uint32_t, NumberHash> keys;
+    NumberMap<std::uint64_t, FileDescription*> byKeyAndChecksum; // the first of each
     std::uint32_t currentService = 0;  // place of that of the item last found since the last findDescription
     std::vector<Service*> servicesHit; // in the current test
     std::vector<TestHit> hitsOfTest;
@@ -428,7 +428,7 @@ void appendConditions(Service& service, std::span<const ConditionEntry> entries)
         if (std::adjacent_find(first, conditions.end(), doesNotAscend) == conditions.end()) {
             return;
         }
-        service.conditionPlaces = std::make_unique<std::unordered_map<std::uint32_t, std::uint32_t>>();
+        service.conditionPlaces = std::make_unique<NumberMap<std::uint32_t, std::uint32_t>>();
         unknown = 0;
     }
     for (; unknown < conditions.size(); ++unknown) {

@@ -21,11 +21,11 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "description/name_pool.h"
 #include "support/arena.h"
+#include "support/hash.h"
 
 namespace veldacov {
 
@@ -197,7 +197,7 @@ struct alignas(64) Service {
     std::vector<Composition> compositions;
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
-    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> conditionPlaces;
+    std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> conditionPlaces;
 };
 
 // Items of one kind by identifier. Dense identifiers, at least as many as there are items, index an array (null
@@ -206,8 +206,8 @@ struct alignas(64) Service {
 struct ItemIndex {
     std::pmr::vector<CoverageItem*> dense{&recordMemory()};
     struct RareItems {
-        std::unordered_map<std::uint32_t, CoverageItem*> sparse;
-        std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
+        NumberMap<std::uint32_t, CoverageItem*> sparse;
+        NumberMap<std::uint32_t, std::vector<CoverageItem*>> repeated;
     };
     std::unique_ptr<RareItems> rare; // none when all identifiers are dense and different
 };

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
+#include <tuple>
+#include <vector>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 #include <QtGlobal>
 
 #include "description/model.h"
@@ -91,55 +95,97 @@ SummaryLevel requestedLevel() {
     return summary.value() == "FILE" ? SummaryLevel::File : SummaryLevel::Service;
 }
 
-// Directories of input files. A command line may name thousands of files of one directory, which is listed once.
+// Directories of input files. A command line may name thousands of files of one directory, which is listed once; only
+// names with wildcards ask the toolkit, whose search of a directory costs what is in it.
 class Directories {
 public:
-    // The entries of a directory that match a name filter of the toolkit: several patterns may stand in it, and case
-    // does not matter.
+    // The entries of a directory that match a name filter of the toolkit, in its order: semicolons or blanks stand
+    // between the names of a filter, and case does not matter.
     QStringList matches(const QString& directory, const QString& nameFilter) {
-        if (isPlain(nameFilter)) {
-            QStringList entries = alike(directory, nameFilter);
-            if (entries.size() <= 1) {
-                return entries;
+        const QStringList names = QDir::nameFiltersFromString(nameFilter);
+        if (canBeLookedUp(names)) {
+            if (const std::optional<QStringList> found = inOrder(alike(listed(directory), names))) {
+                return *found;
             }
         }
         return QDir(directory, nameFilter).entryList();
     }
 
 private:
-    using EntriesByName = QMultiHash<QString, QString>; // by names without case
+    struct Listing {
+        QStringList entries;                   // in the order of the system
+        QMultiHash<QString, qsizetype> places; // of each entry, by its name without case
+    };
+    struct Found {
+        QString sortedAs;
+        qsizetype place = 0;
+        QString entry;
+    };
 
-    static bool isPlain(const QString& name) {
-        return !name.isEmpty() && std::all_of(name.begin(), name.end(), [](QChar character) {
-            return character.unicode() < 128 &&
-                   (character.isLetterOrNumber() || QStringLiteral("._-+").contains(character));
-        });
+    // A filter without any name takes everything.
+    static bool canBeLookedUp(const QStringList& names) {
+        const auto hasWildcard = [](const QString& name) {
+            return std::any_of(name.begin(), name.end(),
+                               [](QChar character) { return QStringLiteral("*?[").contains(character); });
+        };
+        return std::none_of(names.begin(), names.end(), hasWildcard) &&
+               !std::all_of(names.begin(), names.end(), [](const QString& name) { return name.isEmpty(); });
     }
 
-    // Those whose names differ from the given one at most in case.
-    QStringList alike(const QString& directory, const QString& name) {
-        QStringList found;
-        for (const QString& entry : entriesOf(directory).values(name.toCaseFolded())) {
-            if (entry.compare(name, Qt::CaseInsensitive) == 0) { // a folded letter may stand for two
-                found.push_back(entry);
+    const Listing& listed(const QString& directory) {
+        const auto known = listings_.constFind(directory);
+        if (known != listings_.constEnd()) {
+            return *known;
+        }
+        Listing& listing = listings_[directory];
+        listing.entries = QDir(directory, QString(), QDir::Unsorted).entryList();
+        for (qsizetype place = 0; place < listing.entries.size(); ++place) {
+            listing.places.insert(listing.entries[place].toCaseFolded(), place);
+        }
+        return listing;
+    }
+
+    // Those whose names differ from one of the given ones at most in case.
+    static std::vector<Found> alike(const Listing& listing, const QStringList& names) {
+        std::vector<Found> found;
+        QSet<QString> lookedUp;
+        for (const QString& name : names) {
+            const QString folded = name.toCaseFolded();
+            if (lookedUp.contains(folded)) {
+                continue;
+            }
+            lookedUp.insert(folded);
+            const auto [first, last] = listing.places.equal_range(folded);
+            for (auto place = first; place != last; ++place) {
+                const QString& entry = listing.entries[*place];
+                found.push_back({entry.toLower(), *place, entry});
             }
         }
         return found;
     }
 
-    const EntriesByName& entriesOf(const QString& directory) {
-        const auto known = listed_.constFind(directory);
-        if (known != listed_.constEnd()) {
-            return *known;
+    // In the toolkit's order: by small letters, and among equal ones as the system lists them. None when only the
+    // toolkit knows the order: its sort does not keep that of equal ones when there are more than a few.
+    static std::optional<QStringList> inOrder(std::vector<Found> found) {
+        constexpr std::size_t keepsOrderUpTo = 16;
+        const auto key = [](const Found& entry) { return std::tie(entry.sortedAs, entry.place); };
+        std::sort(found.begin(), found.end(),
+                  [key](const Found& left, const Found& right) { return key(left) < key(right); });
+        const bool anyEqual =
+            std::adjacent_find(found.begin(), found.end(), [](const Found& left, const Found& right) {
+                return left.sortedAs == right.sortedAs;
+            }) != found.end();
+        if (anyEqual && found.size() > keepsOrderUpTo) {
+            return std::nullopt;
         }
-        EntriesByName& entries = listed_[directory];
-        for (const QString& entry : QDir(directory).entryList()) {
-            entries.insert(entry.toCaseFolded(), entry);
+        QStringList entries;
+        for (const Found& entry : found) {
+            entries.push_back(entry.entry);
         }
         return entries;
     }
 
-    QHash<QString, EntriesByName> listed_;
+    QHash<QString, Listing> listings_;
 };
 
 // Neither a file nor a directory: a pipe, a device, a socket.

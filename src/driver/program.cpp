@@ -46,16 +46,12 @@ void writeFlow(const TraceFileList& traceFiles, const CoverageOptions& options) 
     out.finish();
 }
 
-void release(CoverageOptions& options) {
+void freeLists(CoverageOptions& options) {
     for (const auto list :
          {&CoverageOptions::fileList, &CoverageOptions::exFileList, &CoverageOptions::serviceList,
           &CoverageOptions::exServiceList, &CoverageOptions::testList, &CoverageOptions::exTestList}) {
         freeNameCountList(options.*list);
     }
-    releaseDecoderMemory();
-    forgetRunFiles();
-    freeAllDescriptions();
-    freeNamePool();
 }
 
 void runSteps(const std::vector<std::string>& words) {
@@ -76,7 +72,8 @@ void runSteps(const std::vector<std::string>& words) {
     if (options.flowFile) {
         writeFlow(traceFiles, options);
     }
-    release(options);
+    freeLists(options);
+    resetProgram();
 }
 
 } // namespace

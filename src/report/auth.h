@@ -41,6 +41,11 @@ struct Selection {
         return std::span(services).subspan(file.firstService, file.serviceCount);
     }
 };
+// What outputs show of a service: with -GLOBAL what any test has hit, else what the current one has.
+inline const CoverageCounters& coveredOf(const Service& service, const CoverageOptions& options) {
+    return options.global ? service.globalCovered : service.testCovered;
+}
+
 // Takes stock after checkSelection, which fixes what is selected for the rest of the run.
 Selection takeSelection(const CoverageOptions& options);
 

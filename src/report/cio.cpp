@@ -117,9 +117,8 @@ void writeRateLines(CioFile& cio, const CioEntry& entry, const CoverageCounters&
         const std::string& label = plain(cio, labelOf(row, cio.typesInUse));
         const std::uint32_t total = rowSum(row, entry.service->counts);
         if (total == 0) {
-            const bool instrumented = (entry.description->coverageTypes & row.bit) != 0;
             putLine(cio.out, "       ", label, "\t",
-                    plain(cio, instrumented ? ReportLabel::None : ReportLabel::NotApplicable));
+                    plain(cio, zeroTotalLabel(entry.description->coverageTypes, row.bit)));
             continue;
         }
         const std::uint32_t rowHits = rowSum(row, hits);
@@ -250,8 +249,7 @@ void writeCioGlobalBlock(CioFile& cio) {
         writeServiceLines(cio, block, entry);
         const CoverageCounters& hits = entry.service->globalCovered;
         if ((cio.typesInUse & type::procedures) != 0) {
-            putLine(cio.out, "       ", plain(cio, ReportLabel::Hit), "\t",
-                    plain(cio, hits[counter::services] != 0 ? ReportLabel::Yes : ReportLabel::No));
+            putLine(cio.out, "       ", plain(cio, ReportLabel::Hit), "\t", plain(cio, enteredLabel(hits)));
         }
         writeRateLines(cio, entry, hits, nullptr);
     }

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "description/tokens.h"
 #include "support/machine.h"
 #include "support/run_files.h"
 
@@ -12,31 +13,19 @@ namespace veldacov {
 
 namespace {
 
-// A text between quotes, so that the trace reader gets it back.
-std::string quoted(std::string_view name) {
-    std::string text = "\"";
-    for (const char character : name) {
-        if (character == '\\' || character == '"') {
-            text += '\\';
-        }
-        text += character;
-    }
-    return text += '"';
-}
-
 std::string testLine(const CoverageOptions& options, const CleanedTest& test) {
     if (options.mergeTests) {
-        return "NT " + quoted(toLocal(translate("Merged test", "Merged test",
-                                                "The test name to display for a set of merged tests")));
+        return "NT " + quotedText(toLocal(translate("Merged test", "Merged test",
+                                                    "The test name to display for a set of merged tests")));
     }
-    return test.test != nullptr ? "NT " + quoted(test.test->text) : "NT";
+    return test.test != nullptr ? "NT " + quotedText(test.test->text) : "NT";
 }
 
 std::string dateLine(const CoverageOptions& options, const CleanedTest& test) {
     if (options.mergeTests) {
-        return "DT " + quoted(dateText(presentTime()));
+        return "DT " + quotedText(dateText(presentTime()));
     }
-    return test.testDate != nullptr ? "DT " + quoted(test.testDate->text) : "DT";
+    return test.testDate != nullptr ? "DT " + quotedText(test.testDate->text) : "DT";
 }
 
 struct WrittenHit {
@@ -45,8 +34,7 @@ struct WrittenHit {
 };
 
 void writeHit(OutputFile& out, ItemKind kind, WrittenHit hit, bool countOriented) {
-    constexpr std::size_t longest = 2 + 1 + 8 + 1 + 8 + 1;
-    std::array<char, longest> line{};
+    std::array<char, longestHitLine> line{};
     const std::string_view keyword = keywordOf(kind);
     char* at = std::copy(keyword.begin(), keyword.end(), line.data());
     *at++ = ' ';

@@ -75,7 +75,6 @@ void takeHitLines(TraceCursor& cursor, const KnownHits& known, Take take);
 
 namespace detail {
 
-constexpr std::ptrdiff_t longestUsualLine = 2 + 1 + 8 + 1 + 8 + 2;
 // Up to here a carriage return inside of a line ends nothing (see readLine).
 constexpr std::ptrdiff_t longestCarefulLine = 1024;
 
@@ -175,7 +174,7 @@ template <bool counted>
 // Gives the first line that it leaves.
 template <bool counted, typename Take>
 const char* takeHitLines(const char* line, const char* end, const KnownHits& known, Take take) {
-    while (end - line >= longestUsualLine) {
+    while (end - line >= static_cast<std::ptrdiff_t>(longestHitLine)) {
         const std::uint32_t keyword = fourCharacters(line) & keywordMask;
         const KnownHits::Items& items = KnownHits::ofKeyword(known, keyword);
         std::uint32_t id = 0;

@@ -33,7 +33,7 @@ void keepDescribedHit(BranchHitTable& table, FileDescription& description, Hit h
 
 void keepPlaceholderHit(BranchHitTable& table, const FileDescription& placeholder, Hit hit) {
     if (table.counts == nullptr) {
-        table.counts = std::make_unique<std::unordered_map<std::uint32_t, std::uint32_t>>();
+        table.counts = std::make_unique<NumberMap<std::uint32_t, std::uint32_t>>();
     }
     std::uint32_t& entry = (*table.counts)[hit.id];
     entry = placeholder.countOriented ? entry + hit.count : 1; // the sum wraps at 2^32

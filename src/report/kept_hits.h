@@ -11,19 +11,18 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "description/model.h"
 #include "report/tio.h"
+#include "support/hash.h"
 
 namespace veldacov {
 
 // Of one hit keyword.
 struct BranchHitTable {
     std::vector<std::uint32_t> idsKept; // of a described part, in the order of their first hits
-    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>>
-        counts; // of a placeholder; none without a hit
+    std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> counts; // of a placeholder; none without a hit
 };
 struct KeptPart {
     FileDescription* description = nullptr;

@@ -31,7 +31,7 @@ std::string_view text(const TraceSession& session, ReportLabel label) {
 }
 
 const CoverageCounters& hitsOf(const TraceSession& session, const Service& service) {
-    return session.options->global ? service.globalCovered : service.testCovered;
+    return coveredOf(service, *session.options);
 }
 
 std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
@@ -154,10 +154,6 @@ void writeReferences(TraceSession& session, References references, const Coverag
     }
 }
 
-ReportLabel zeroTotalLabel(const CoverageBlock& block, std::uint16_t bit) {
-    return (block.instrumentedTypes & bit) != 0 ? ReportLabel::None : ReportLabel::NotApplicable;
-}
-
 void writeRate(TraceSession& session, std::string_view prefix, ReportLabel label, std::uint32_t total,
                std::uint32_t hits, ReportLabel zeroTotal) {
     OutputFile& out = *session.reportStream;
@@ -192,11 +188,11 @@ void writeEntries(TraceSession& session, const CoverageBlock& block) {
     }
     if (block.service == nullptr) {
         writeRate(session, block.prefix, ReportLabel::Functions, total, hits,
-                  zeroTotalLabel(block, type::procedures));
+                  zeroTotalLabel(block.instrumentedTypes, type::procedures));
         return;
     }
     putLine(*session.reportStream, "\t\t", block.prefix, text(session, ReportLabel::Hit), " ",
-            text(session, hits != 0 ? ReportLabel::Yes : ReportLabel::No));
+            text(session, enteredLabel(*block.hits)));
     // With exits in use the entry is among their references.
     if ((block.typesInUse & type::exits) == 0 && block.countOriented) {
         writeEntryReference(session, block);
@@ -220,7 +216,7 @@ void writeCoverageBlock(TraceSession& session, const CoverageBlock& block) {
     for (const RateRow& row : rateRows) {
         if ((block.typesInUse & row.bit) != 0 && isShown(row, *block.totals)) {
             writeRate(session, block.prefix, labelOf(row, block.typesInUse), rowSum(row, *block.totals),
-                      rowSum(row, *block.hits), zeroTotalLabel(block, row.bit));
+                      rowSum(row, *block.hits), zeroTotalLabel(block.instrumentedTypes, row.bit));
             writeReferences(session, row.references, block);
         }
     }
@@ -257,7 +253,7 @@ void forEachServiceHit(const TraceSession& session, Visit visit) {
     const Selection& selection = session.selection;
     if (session.options->global) {
         for (const SelectedService& selected : selection.services) {
-            visit(selected.file, selected.service->globalCovered);
+            visit(selected.file, hitsOf(session, *selected.service));
         }
         return;
     }
@@ -265,7 +261,7 @@ void forEachServiceHit(const TraceSession& session, Visit visit) {
         if (service->selectedPlace >= 0) {
             const SelectedService& selected =
                 selection.services[static_cast<std::size_t>(service->selectedPlace)];
-            visit(selected.file, service->testCovered);
+            visit(selected.file, hitsOf(session, *service));
         }
     }
 }

@@ -38,6 +38,10 @@ constexpr std::string_view keywordOf(ItemKind kind) {
     return lineKeywords[static_cast<std::size_t>(LineKind::TP) + kindIndex(kind)];
 }
 
+// Hit lines as programs and cleaned traces write them: one blank between the fields, nothing behind the last but a line
+// end, which may have a carriage return. This is their length at most.
+constexpr std::size_t longestHitLine = 2 + 1 + 8 + 1 + 8 + 2;
+
 enum class ReadState : std::uint8_t {
     Recording,
     SkippingTest, // the current test is not selected

@@ -74,10 +74,6 @@ bool takeLastLine(InputFile& input, Line& line) {
     return length > 0 && line.end[-1] == '\r';
 }
 
-int decimalDigit(char character) {
-    return character >= '0' && character <= '9' ? character - '0' : -1;
-}
-
 std::uint32_t decimalNumber(std::string_view text, std::string_view fileName) {
     std::uint32_t value = 0;
     for (const char character : text) {

@@ -67,6 +67,11 @@ inline constexpr std::array<std::int16_t, 256> hexDigitValues = [] {
     return values;
 }();
 
+// The same for decimal digits.
+constexpr int decimalDigit(char character) {
+    return character >= '0' && character <= '9' ? character - '0' : -1;
+}
+
 // The readers of number fields. `text` is the field (none when the line had no more), `fileName` stands in
 // the messages. An absent or malformed number is a fatal error.
 //

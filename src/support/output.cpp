@@ -146,4 +146,12 @@ void saveOpenOutputs() noexcept {
     }
 }
 
+void flushOpenOutputs() {
+    for (OutputFile* output : openOutputs) {
+        if (output != nullptr) {
+            output->flush();
+        }
+    }
+}
+
 } // namespace veldacov

@@ -45,7 +45,8 @@ public:
     void putRate(double rate, std::size_t width = 0);
     void putRate(float rate, std::size_t width = 0);
 
-    // Writes what is buffered and closes the file. A file that is not complete is a fatal error.
+    // Writes what is buffered, and closes the file in the end. A file that is not complete is a fatal error.
+    void flush();
     void finish();
     // Writes what is buffered without closing; true when all went out. Safe inside a signal handler.
     bool save() noexcept;
@@ -53,7 +54,6 @@ public:
 private:
     void putInPieces(std::string_view text);
     void putPadded(std::string_view digits, std::size_t width);
-    void flush();
 
     platform::Descriptor file_;
     std::string name_;
@@ -80,5 +80,7 @@ void putLine(OutputFile& out, const Pieces&... pieces) {
 
 // Writes what every open output holds, without closing it and without reporting.
 void saveOpenOutputs() noexcept;
+// The same in a run that goes on: an output that is not complete is a fatal error.
+void flushOpenOutputs();
 
 } // namespace veldacov

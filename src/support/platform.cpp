@@ -213,8 +213,8 @@ std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view byt
     });
 }
 
-void cutFile(int descriptor, std::uint64_t length) {
-    static_cast<void>(::ftruncate(descriptor, static_cast<off_t>(length)) == 0);
+bool cutFile(int descriptor, std::uint64_t length) {
+    return ::ftruncate(descriptor, static_cast<off_t>(length)) == 0;
 }
 
 std::optional<std::uint64_t> fileLength(int descriptor) {

@@ -67,8 +67,8 @@ std::size_t readAt(int descriptor, std::uint64_t position, char* into, std::size
 bool writeAll(int descriptor, std::string_view bytes);
 // Writes bytes at a position, in one call where the system allows it; gives how many were written.
 std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view bytes);
-// Ends the file at a length, as far as the system allows it.
-void cutFile(int descriptor, std::uint64_t length);
+// Ends the file at a length; false when the system does not allow it.
+bool cutFile(int descriptor, std::uint64_t length);
 // Length of the file in bytes; none when the system does not tell.
 std::optional<std::uint64_t> fileLength(int descriptor);
 

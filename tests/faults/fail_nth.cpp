@@ -3,7 +3,8 @@
 //   FAULT_KIND  allocation, write, read, close or open; null: opening the null device; nothing fails without it
 //   FAULT_AT    which call of the kind, the first being 1; 0 only counts
 //   FAULT_HOW   on: this call and all later ones fail; once: only this one; short: it does half of its work;
-//               part: half of its work, and all later ones fail; interrupt: a signal came before it
+//               part: half of its work, and all later ones fail; torn: half of its work, and the next one fails;
+//               interrupt: a signal came before it
 //   FAULT_LOG   where the file of each failing call is noted ("at OFFSET FILE"), and at the end "calls NUMBER"
 //
 // Counting starts at main: the loader is not meant. Messages on standard error do not count either; nothing is left
@@ -53,10 +54,13 @@ Fate fateOf(const char* callKind) {
         return Fate::Done;
     }
     if (calls > failAt) {
-        return std::strcmp(how, "on") == 0 || std::strcmp(how, "part") == 0 ? Fate::Fails : Fate::Done;
+        const bool tornNow = std::strcmp(how, "torn") == 0 && calls == failAt + 1;
+        return tornNow || std::strcmp(how, "on") == 0 || std::strcmp(how, "part") == 0 ? Fate::Fails
+                                                                                       : Fate::Done;
     }
     switch (*how) {
     case 's':
+    case 't':
     case 'p': return Fate::Halved;
     case 'i': return Fate::Interrupted;
     default: return Fate::Fails;

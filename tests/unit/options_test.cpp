@@ -1,8 +1,11 @@
 #include "driver/argscov.h"
 
+#include <random>
 #include <sstream>
 #include <utility>
 #include <vector>
+
+#include <QDir>
 
 #include "unit/test_support.h"
 
@@ -134,6 +137,52 @@ TEST_F(Options, PatternsNameTheFilesOfTheirDirectory) {
     EXPECT_EQ(analysed("a.FDC,.hidden,d.dir,x=y").inputFiles, (Names{"./A.fdc", ".hidden", "x=y"}));
     EXPECT_EQ(analysed("TWO.C").inputFiles.size(), 2U) << "names match without regard to case";
     std::filesystem::current_path(before);
+}
+
+// Whatever stands in a name, it finds what the toolkit's own search of the directory gives, in its order.
+TEST_F(Options, NamesFindWhatTheToolkitFinds) {
+    const std::vector<std::string> letters = {
+        "a", "A", "b", "B", "s", "S", "\u017f", "k",  "\u212a", "\u00e9", "\u00c9",
+        ":", ";", " ", "(", "+", ".", "]",      "\\", "\u03c2", "\u03a3", "\u00df"};
+    std::mt19937 random(11);
+    const auto below = [&random](std::size_t end) { return random() % end; };
+    const auto word = [&](std::size_t mostLetters, std::size_t alphabet) {
+        std::string text;
+        for (std::size_t rest = 1 + below(mostLetters); rest > 0; --rest) {
+            text += letters[below(alphabet)];
+        }
+        return text;
+    };
+    for (const std::size_t alphabet : {std::size_t{4}, letters.size()}) {
+        const std::string folder = "d" + std::to_string(alphabet);
+        std::filesystem::create_directory(path(folder));
+        for (int file = 0; file < 150; ++file) {
+            write(folder + "/" + word(3, alphabet), "");
+        }
+        for (int round = 0; round < 150; ++round) {
+            std::string name = word(3, alphabet);
+            for (std::size_t more = below(3) * below(15); more > 0; --more) {
+                name += (round % 2 == 0 ? ";" : " ") + word(3, alphabet);
+            }
+            name += std::vector<std::string>{"", "", "", "*", "?", "[ab]"}[below(6)];
+            const std::string value = path(folder + "/" + name);
+            const QStringList entries =
+                QDir(QString::fromStdString(path(folder)), QString::fromStdString(name)).entryList();
+            std::vector<std::string> expected;
+            for (const QString& entry : entries) {
+                const std::string file = path(folder) + "/" + entry.toStdString();
+                if (std::filesystem::is_regular_file(file)) {
+                    expected.push_back(file);
+                }
+            }
+            if (entries.isEmpty()) {
+                expected.push_back(value);
+            }
+            CoverageOptions options;
+            EXPECT_TRUE(analyseCommandLine({"veldacov", value}, options));
+            EXPECT_EQ(options.inputFiles, expected) << name;
+        }
+    }
 }
 
 TEST_F(Options, AMalformedCommandLineSetsNothing) {
