@@ -22,6 +22,7 @@ from measures import RECORD, VALUES, broken_history, entries_of, record_at
 KILLS = next((int(option.partition("=")[2]) for option in sys.argv[2:] if option.startswith("--kills=")), 50)
 HEAD = "Norvik - Test Process Monitor: "
 IN_USE = "File is currently in use.\n  Please break\n      or wait until previous task has finished\n      or remove file: "
+STILL_IN_USE = "File is still in use.\n  Please wait until previous task has finished\n      or remove file: "
 MESSAGES = ("Unable to create TPM file", "Unable to create DataBase file", "Unable to write in DataBase file",
             "Unable write in DataBase file", "Unable to open DataBase file", "Reposition in DataBase file fail",
             "Unable to read DataBase file", "Unable to update DataBase file", "Unable to open index file",
@@ -119,6 +120,27 @@ def at_once(work):
                 check(err.count("currently in use") == err.count("now available"), f"{processes} at once: {err!r}")
         database.check_history(f"{processes} at once", 9 * processes * runs)
         check(not database.lock.exists(), f"{processes} at once: the lock is left")
+
+
+def left_lock(work):
+    """Nothing is written while the lock stands. When it goes, the run goes on; when the run is interrupted, it gives up
+    the database, and leaves the lock to its owner."""
+    for event in ("removed", "interrupted"):
+        database = Database(work, event)
+        database.run(2, "one")
+        database.lock.touch()
+        process, first = database.start_waiting("report.waiting")
+        database.check_history(f"{event}, waiting", 1)
+        if event == "removed":
+            database.lock.unlink()
+            last = f"{HEAD}File is now available\n"
+        else:
+            process.send_signal(signal.SIGINT)
+            last = f"{HEAD}User break.\n  {STILL_IN_USE}{database.lock}\n"
+        err = database.ended(process, "report.waiting", "one1", first)
+        check(err == first + last, f"{event}: {err!r}")
+        check(database.lock.exists() == (event == "interrupted"), f"{event}: whose lock is it?")
+        database.check_history(f"{event}, at the end", 2 if event == "removed" else 1)
 
 
 def killed(work):
@@ -242,16 +264,18 @@ def waiting(work):
     delays = []
     for _ in range(5):
         database.lock.touch()
-        process, first = database.start_waiting("report.waiting")
+        process = database.start("nine.fdc nine1.tio", "report.waiting")
+        for _ in range(4):
+            process.stderr.readline()
         before = seconds_used(process)
         time.sleep(0.5)
         used = seconds_used(process) - before
         check(used < 0.05, f"waiting 0.5 s takes {used} s of the processor")
         database.lock.unlink()
         released = time.monotonic()
-        first += process.stderr.readline()
+        process.stderr.readline()
         delays.append(time.monotonic() - released)
-        database.ended(process, "report.waiting", "one1", first)
+        database.ended(process, "report.waiting", process.communicate(timeout=60)[1], "nine1")
     check(min(delays) < 0.05, f"the lock is taken {min(delays)} s after its release")
 
 
@@ -324,7 +348,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         work = pathlib.Path(folder)
         prepare(work)
-        for part in (at_once, waiting, killed, cut_files, foreign_files, unusable_root):
+        for part in (at_once, left_lock, waiting, killed, cut_files, foreign_files, unusable_root):
             started = time.monotonic()
             part(work)
             print(f"{part.__name__}: {time.monotonic() - started:.1f} s", flush=True)

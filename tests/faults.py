@@ -439,10 +439,19 @@ def names_in_two_cases(place, hostile):
     return file_names(place, hostile, ("run{}.tio", "RUN{}.tio" if hostile else "cut{}.tio"))
 
 
+def hits_in_other_forms(place, hostile):
+    """More blanks than one, and fields behind the last."""
+    (place / "bad.fdc").write_text(described('AP 0 "f" "g" 1 1\nAP 1 "f" "g" 1 1\n'))
+    hits = "TA  0 9\n TA 1 \n" if hostile else "TA 00000\nTA 1000\n"
+    (place / "bad.tio").write_text("NT\nFT 36\nDC 7\n" + hits * 2000000)
+    return "bad.fdc bad.tio"
+
+
 def hostile_beside_harmless(places, workers):
     """Inputs that are chosen to be dear cost what harmless ones of their size cost."""
     place = places[0]
-    for make in (test_names, traced_identifiers, described_identifiers, names_with_colons, names_with_blanks, names_in_two_cases):
+    for make in (test_names, traced_identifiers, described_identifiers, names_with_colons, names_with_blanks, names_in_two_cases,
+                 hits_in_other_forms):
         spent = []
         for hostile in (False, True):
             words = make(place, hostile)

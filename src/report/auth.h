@@ -15,7 +15,7 @@
 namespace veldacov {
 
 // A file or test may have no name (null); the default decides then. A service without a name is an internal
-// error.
+// error. The three have the names that users know from messages, not the style of the other operations.
 bool GetFileAuth(const NameEntry* sourceName, const CoverageOptions& options);
 bool GetServiceAuth(const NameEntry* service, const CoverageOptions& options);
 bool GetTestAuth(const NameEntry* test, const CoverageOptions& options);

@@ -36,7 +36,8 @@ struct KeptHits {
 
 // Where the hits of a part are kept; valid as long as `kept`.
 KeptPart& keptPart(KeptHits& kept, FileDescription& part);
-// Keeps a hit of a part. An identifier that a described part cannot have is an internal error.
+// Keeps a hit of a part. An identifier that a described part cannot have is an internal error, whose message has this
+// operation's name: it stays, whatever the style of the others.
 void AddTioBranch(KeptHits& kept, KeptPart& part, Hit hit);
 
 // Adds a description without items to the model, to keep the hits of a part that nothing describes. `countOriented`:

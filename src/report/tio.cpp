@@ -14,6 +14,25 @@ namespace veldacov {
 
 namespace {
 
+// The fatal errors of a trace, by what is wrong with it. %1 is the trace.
+namespace fault {
+constexpr TranslatableText cannotOpen =
+    QT_TRANSLATE_NOOP3("Fatal Error", "Cannot open trace file %1", "%1 is the name of the trace file");
+constexpr TranslatableText unknownOpcode =
+    QT_TRANSLATE_NOOP3("Fatal Error", "Unknown opcode in trace file %1", "%1 is the name of the trace file");
+constexpr TranslatableText partWithoutEnd =
+    QT_TRANSLATE_NOOP3("Fatal Error", "No DC line in TIO file %1", "%1 is the name of the file");
+constexpr TranslatableText noChecksumLine = QT_TRANSLATE_NOOP3(
+    "Fatal Error", "DC line missing after FT line in TIO file %1", "%1 is the name of the file");
+constexpr TranslatableText hitOutsideOfParts =
+    QT_TRANSLATE_NOOP3("Fatal Error", "Incorrect traces in %1 (branch hit outside of any file-part)",
+                       "%1 is the name of the incorrect trace file");
+} // namespace fault
+
+[[noreturn]] void refuseTrace(const TraceCursor& cursor, const TranslatableText& what) {
+    fatalError(filled(translate("Fatal Error", what), {cursor.fileName}));
+}
+
 // What becomes of a line in a state.
 enum class Treatment : std::uint8_t { Deliver, DeliverIfRead, Ignore, Refuse };
 
@@ -88,9 +107,7 @@ void openTrace(TraceCursor& cursor, const std::string& fileName) {
     cursor.testDate = nullptr;
     cursor.stream = reopenGivenFile(fileName);
     if (!cursor.stream.isOpen()) {
-        fatalError(
-            filled(translate("Fatal Error", "Cannot open trace file %1", "%1 is the name of the trace file"),
-                   {fileName}));
+        refuseTrace(cursor, fault::cannotOpen);
     }
 }
 
@@ -111,10 +128,7 @@ std::optional<LineKind> nextTraceLine(TraceCursor& cursor, SkippedParts skippedP
                 continue;
             }
             return kind;
-        case Treatment::Refuse:
-            fatalError(filled(translate("Fatal Error", "Unknown opcode in trace file %1",
-                                        "%1 is the name of the trace file"),
-                              {cursor.fileName}));
+        case Treatment::Refuse: refuseTrace(cursor, fault::unknownOpcode);
         case Treatment::DeliverIfRead:
         case Treatment::Ignore: continue;
         }
@@ -172,13 +186,10 @@ PartKey readFilePart(TraceCursor& cursor) {
     PartKey part;
     part.fileKey = nextNumber(cursor);
     if (!readLine(cursor.stream, cursor.line)) {
-        fatalError(filled(translate("Fatal Error", "No DC line in TIO file %1", "%1 is the name of the file"),
-                          {cursor.fileName}));
+        refuseTrace(cursor, fault::partWithoutEnd);
     }
     if (nextToken(cursor.line) != "DC") {
-        fatalError(filled(translate("Fatal Error", "DC line missing after FT line in TIO file %1",
-                                    "%1 is the name of the file"),
-                          {cursor.fileName}));
+        refuseTrace(cursor, fault::noChecksumLine);
     }
     part.checksum = nextNumber(cursor);
     return part;
@@ -186,10 +197,7 @@ PartKey readFilePart(TraceCursor& cursor) {
 
 Hit readHit(TraceCursor& cursor, LineKind kind) {
     if (cursor.currentPart == nullptr) {
-        fatalError(
-            filled(translate("Fatal Error", "Incorrect traces in %1 (branch hit outside of any file-part)",
-                             "%1 is the name of the incorrect trace file"),
-                   {cursor.fileName}));
+        refuseTrace(cursor, fault::hitOutsideOfParts);
     }
     Hit hit;
     hit.kind = itemKinds[static_cast<std::size_t>(kind) - static_cast<std::size_t>(LineKind::TP)];
