@@ -175,6 +175,7 @@ TEST_F(TraceTest, FaultsAmongHitsAreTold) {
             "Maybe this Coverage Trace file has been generated using an older version of the Deplonix");
     const std::string noId =
         fatalAccount("Cannot find instrumentation ID for specified trace in FDC file loaded.fdc");
+    const std::string opcode = fatalAccount("Unknown opcode in trace file x.tio");
     const std::pair<std::string, std::string> rows[] = {
         {"TB\n", fatalAccount("Null pointer for value while reading file x.tio")},
         {"TA 0x\n", fatalAccount("Bad hexadecimal number while reading file x.tio")},
@@ -183,7 +184,9 @@ TEST_F(TraceTest, FaultsAmongHitsAreTold) {
         {"TA 1\n", noId},
         {"TB 1\n", noId},
         {"TE 1\n", noId},
-        {"TP1 0\n", fatalAccount("Unknown opcode in trace file x.tio")},
+        {"TP1 0\n", opcode},
+        // A carriage return that is character 1024 ends its line: the line feed is a line of its own.
+        {"TP 0 " + std::string(1018, 'x') + "\r\n", opcode},
         {std::string("TP\0 0\nXX\n", 9), "ERROR: x.tio is not a valid Code Coverage trace file\n"}};
     const std::string hit = "TP 0\n";
     for (const auto& [fault, account] : rows) {
