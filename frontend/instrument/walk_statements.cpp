@@ -290,10 +290,10 @@ void FunctionWalk::whileStatement(const clang::WhileStmt* s) {
     std::vector<ItemRef> bodyItems = {addBlock(service, "simple", "WHILE", linesOf(s->getBody()))};
     const std::optional<bool> constant = constantCondition(s->getCond());
     const DescribedLoop loop = describeLoop(s, "WHILE", !constant.value_or(false), constant.value_or(true));
+    openLoops.push_back(loop); // a statement expression in the condition can leave it, too
     const DecisionResult result = decision(s->getCond(), constant ? ArmProbes::Both : ArmProbes::True);
     hitBefore(s->getCond(), result.atEntry);
     bodyItems.insert(bodyItems.begin(), result.hitWhenTrue.begin(), result.hitWhenTrue.end());
-    openLoops.push_back(loop);
     loopBody(s->getBody(), loop, bodyItems, result.whenTrue);
     openLoops.pop_back();
     closeLoop(s, loop, hitStatement(result.hitWhenFalse));

@@ -22,9 +22,17 @@ end:
     out(8);
 }
 
+static int early(int n)
+{
+    while (({ if (n > 1) return n; n; }) && n++ < 5)
+        ;
+    return -1;
+}
+
 int main(void)
 {
     printf("%d %d\n", dead(1), count);
+    printf("%d %d %d\n", early(0), early(1), early(2));
     return 0;
 }
 
@@ -50,9 +58,27 @@ int main(void)
 0 AP "dead" "out" 19 19
 1 PR return "dead" 21 21
 0 AP "dead" "out" 22 22
-1 PR proc "main" 25 26
-1 BL simple "main" BODY 26 29
-1 AP "main" "printf" 27 27
-1 AP "main" "dead" 27 27
-1 PR return "main" 28 28
+3 PR proc "early" 25 26
+3 BL simple "early" BODY 26 30
+1 BL simple "early" WHILE 28 28
+2 BL logical "early" WHILE_0 27 28
+1 BL logical "early" WHILE_1 27 28
+0 BL logical "early" WHILE_N 27 28
+1/1 CE "early" "({ if (n > 1) return n; n; })" 27 27
+1/0 CE "early" "n++ < 5" 27 27
+1,0,1 CC TTTFFX 1
+2 BL simple "early" THEN 27 27
+2 BL implicit "early" ELSE 27 27
+2/2 CE "early" "n > 1" 27 27
+2 PR return "early" 27 27
+1 PR return "early" 29 29
+1 PR proc "main" 32 33
+1 BL simple "main" BODY 33 37
+1 AP "main" "printf" 34 34
+1 AP "main" "dead" 34 34
+1 AP "main" "printf" 35 35
+1 AP "main" "early" 35 35
+1 AP "main" "early" 35 35
+1 AP "main" "early" 35 35
+1 PR return "main" 36 36
 */
