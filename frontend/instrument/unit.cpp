@@ -51,7 +51,7 @@ std::uint32_t firstToken(const Unit& unit, const clang::Stmt* statement) {
 
 std::uint32_t lastToken(const Unit& unit, const clang::Stmt* statement) {
     while (const clang::Stmt* part = lastPart(statement)) {
-        if (findToken(unit, part->getEndLoc()) == noToken)
+        if (llvm::isa<clang::NullStmt>(part) && findToken(unit, part->getEndLoc()) == noToken)
             break; // a label at the end of a block
         statement = part;
     }
