@@ -66,7 +66,8 @@ struct CampaignService {
 // there twice, with one path.
 struct CampaignFile {
     FileDescription* description = nullptr; // the model's
-    std::string path; // directory and name as the description has them, relative to the root where they lie below it
+    std::string
+        path; // directory and name as the description has them, relative to the root where they lie below it
     std::uint32_t firstService = 0;
     std::uint32_t serviceCount = 0;
     CoverageCounters totals{}; // of the selected services
@@ -75,7 +76,8 @@ struct CampaignFile {
 
 // What one test does, over all traces that name it.
 struct CampaignTest {
-    const NameEntry* name = nullptr; // "#" for hits before the first test line; null for a number without digits
+    const NameEntry* name =
+        nullptr; // "#" for hits before the first test line; null for a number without digits
     KnownBy knownBy = KnownBy::Default;
     std::int32_t number = -1;        // -1: none was given
     std::int32_t serviceNumber = -1; // the first that was given
@@ -107,8 +109,8 @@ struct Campaign {
     std::uint16_t types = 0; // coverage types of all files
     CoverageCounters totals{};
     CoverageCounters hits{};
-    bool counted = false;        // all hits were counted: counts say how often, else they say in how many tests
-    std::size_t complaints = 0;  // warnings and errors given while loading
+    bool counted = false; // all hits were counted: counts say how often, else they say in how many tests
+    std::size_t complaints = 0; // warnings and errors given while loading
 };
 
 // Loads descriptions and traces. Whatever is a fatal error for veldacov is one here: among them a malformed file, and

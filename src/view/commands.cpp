@@ -1,0 +1,58 @@
+#include "view/commands.h"
+
+#include "support/machine.h"
+#include "support/platform.h"
+#include "support/run_files.h"
+#include "view/ranking.h"
+
+namespace veldacov {
+
+namespace {
+
+Campaign load(const ViewRequest& request, CampaignDetail detail) {
+    CampaignRequest campaign = request.campaign;
+    campaign.detail = detail;
+    return loadCampaign(campaign);
+}
+
+bool isSet(const char* variable) {
+    return !getEnvironment(variable).value_or("").empty();
+}
+
+Colours coloursOf(const ViewRequest& request) {
+    const bool forPeople = request.output == "-" && platform::isTerminal(platform::standardOutput) &&
+                           !isSet("NO_COLOR") && getEnvironment("TERM") != "dumb";
+    return forPeople ? Colours::Terminal : Colours::None;
+}
+
+} // namespace
+
+OutputFile openViewOutput(const std::string& name) {
+    return name == "-" ? outputOnStandardOutput()
+                       : createOutput(name, translate("Fatal Error", "Cannot create output file %1"));
+}
+
+int runCheck(const ViewRequest& request) {
+    const Campaign campaign = load(request, CampaignDetail::Rates);
+    const Verdict verdict = checkCampaign(campaign, request.check);
+    OutputFile out = openViewOutput(request.output);
+    writeVerdict(out, campaign, request.check, verdict, coloursOf(request));
+    out.finish();
+    if (!request.markdown.empty()) {
+        OutputFile markdown = openViewOutput(request.markdown);
+        writeVerdictMarkdown(markdown, campaign, request.check, verdict);
+        markdown.finish();
+    }
+    return verdict.status;
+}
+
+int runTests(const ViewRequest& request) {
+    const Campaign campaign = load(request, CampaignDetail::Tests);
+    const std::vector<RankedTest> ranking = rankTests(campaign);
+    OutputFile out = openViewOutput(request.output);
+    writeRanking(out, campaign, ranking);
+    out.finish();
+    return 0;
+}
+
+} // namespace veldacov
