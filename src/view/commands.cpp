@@ -50,7 +50,11 @@ int runTests(const ViewRequest& request) {
     const Campaign campaign = load(request, CampaignDetail::Tests);
     const std::vector<RankedTest> ranking = rankTests(campaign);
     OutputFile out = openViewOutput(request.output);
-    writeRanking(out, campaign, ranking);
+    if (request.testsFormat == TestsFormat::Json) {
+        writeRankingJson(out, campaign, ranking);
+    } else {
+        writeRanking(out, campaign, ranking);
+    }
     out.finish();
     return 0;
 }

@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "support/shown_text.h"
+#include "view/json_stream.h"
 #include "view/view_rates.h"
 
 namespace veldacov {
@@ -247,6 +248,58 @@ void writeRow(OutputFile& out, const Campaign& campaign, const RankedTest& ranke
     putLine(out, "  ", testText(campaign.tests[ranked.test]));
 }
 
+std::size_t neededTests(const std::vector<RankedTest>& ranking) {
+    return static_cast<std::size_t>(
+        std::count_if(ranking.begin(), ranking.end(), [](const RankedTest& ranked) { return ranked.needed; }));
+}
+
+void putNumber(JsonWriter& json, std::string_view key, std::uint64_t number) {
+    putKey(json, key);
+    json.Uint64(number);
+}
+
+// Numbers that the traces do not give are left out.
+void putTest(JsonWriter& json, const CampaignTest& test) {
+    putName(json, "name", shownName(test));
+    if (test.number != -1) {
+        putNumber(json, "number", static_cast<std::uint32_t>(test.number));
+    }
+    if (test.serviceNumber != -1) {
+        putNumber(json, "serviceNumber", static_cast<std::uint32_t>(test.serviceNumber));
+    }
+    if (test.date != nullptr) {
+        putName(json, "date", nameText(test.date));
+    }
+}
+
+void putRate(JsonWriter& json, std::string_view name, const ViewRate& rate) {
+    putKey(json, name);
+    json.StartObject();
+    putNumber(json, "hits", rate.hits);
+    putNumber(json, "total", rate.total);
+    json.EndObject();
+}
+
+void putRanked(JsonWriter& json, const Campaign& campaign, const RankedTest& ranked,
+               const std::vector<std::size_t>& shownRates) {
+    json.StartObject();
+    putTest(json, campaign.tests[ranked.test]);
+    putNumber(json, "items", ranked.items);
+    putNumber(json, "own", ranked.own);
+    putNumber(json, "gain", ranked.gain);
+    putKey(json, "needed");
+    json.Bool(ranked.needed);
+    putKey(json, "rates");
+    json.StartObject();
+    putRate(json, "total", sumOfRates(campaign.totals, ranked.hits, campaign.types));
+    const ViewRates rates = viewRates(campaign.totals, ranked.hits, campaign.types);
+    for (const std::size_t place : shownRates) {
+        putRate(json, viewRateNames[place], rates[place]);
+    }
+    json.EndObject();
+    json.EndObject();
+}
+
 } // namespace
 
 std::vector<RankedTest> rankTests(const Campaign& campaign) {
@@ -259,8 +312,7 @@ std::vector<RankedTest> rankTests(const Campaign& campaign) {
 }
 
 void writeRanking(OutputFile& out, const Campaign& campaign, const std::vector<RankedTest>& ranking) {
-    const auto needed = static_cast<std::size_t>(std::count_if(
-        ranking.begin(), ranking.end(), [](const RankedTest& ranked) { return ranked.needed; }));
+    const std::size_t needed = neededTests(ranking);
     const std::vector<std::size_t> columns = measuredRates(campaign);
     putLine(out, std::to_string(ranking.size()), " tests, ", std::to_string(needed), " needed, ",
             std::to_string(ranking.size() - needed), " redundant\n");
@@ -273,6 +325,26 @@ void writeRanking(OutputFile& out, const Campaign& campaign, const std::vector<R
     for (const RankedTest& ranked : ranking) {
         writeRow(out, campaign, ranked, columns);
     }
+}
+
+void writeRankingJson(OutputFile& out, const Campaign& campaign, const std::vector<RankedTest>& ranking) {
+    JsonStream stream(out);
+    JsonWriter json(stream);
+    json.StartObject();
+    putKey(json, "format");
+    putText(json, "veldaview-tests");
+    putNumber(json, "version", 1);
+    putNumber(json, "needed", neededTests(ranking));
+    putKey(json, "tests");
+    json.StartArray();
+    const std::vector<std::size_t> rates = measuredRates(campaign);
+    for (const RankedTest& ranked : ranking) {
+        putRanked(json, campaign, ranked, rates);
+    }
+    json.EndArray();
+    json.EndObject();
+    stream.Put('\n');
+    stream.Flush();
 }
 
 } // namespace veldacov

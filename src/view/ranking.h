@@ -29,7 +29,9 @@ struct RankedTest {
 // All tests in greedy order. Needs a campaign with CampaignDetail::Tests.
 std::vector<RankedTest> rankTests(const Campaign& campaign);
 
-// The ranking for people; for programs as JSON (docs/formats/veldaview-json.md).
+// The ranking for people.
 void writeRanking(OutputFile& out, const Campaign& campaign, const std::vector<RankedTest>& ranking);
+// The ranking for programs: JSON (docs/formats/veldaview-tests.md).
+void writeRankingJson(OutputFile& out, const Campaign& campaign, const std::vector<RankedTest>& ranking);
 
 } // namespace veldacov
