@@ -131,6 +131,7 @@ private:
     Patterns patterns_;
     CampaignDetail detail_;
     std::size_t currentTest_ = 0;
+    std::size_t hitsBefore_ = 0; // of hitsOfTest, when the last test ended
     std::map<std::pair<const NameEntry*, std::int32_t>, std::size_t> testPlaces_;
     std::map<std::pair<std::uint32_t, std::uint32_t>, std::size_t> strayPlaces_; // by key and checksum
     std::vector<GatheredHits> gathered_;                                         // by test
@@ -149,7 +150,12 @@ std::size_t CampaignEvents::placeOf(const NameEntry* test, KnownBy knownBy, std:
 }
 
 void CampaignEvents::testEnds(const TestRun& run) {
-    // Hits outside of a selected test are the default test's.
+    // Hits outside of a selected test are the default test's. Where hits add up, old ones make no such test.
+    const bool anythingNew = hitsOfTest().size() != hitsBefore_;
+    hitsBefore_ = hitsOfTest().size();
+    if (!run.selected && !anythingNew) {
+        return;
+    }
     const std::size_t place = run.selected ? currentTest_ : placeOf(internName("#"), KnownBy::Default, -1);
     CampaignTest& test = campaign_.tests[place];
     test.serviceNumber = test.serviceNumber == -1 ? run.serviceNumber : test.serviceNumber;
@@ -159,6 +165,7 @@ void CampaignEvents::testEnds(const TestRun& run) {
         settleCounts();
         takeHits(place, run.countOriented);
         resetTestCounts();
+        hitsBefore_ = 0;
     }
 }
 
@@ -343,26 +350,23 @@ constexpr std::size_t mostPartsTold = 10;
 void tellOfStrayPart(const StrayPart& part) {
     const std::string times = std::to_string(part.times);
     if (part.stale) {
-        warningMessage(
-            filled(translate("View", "Traces have %1 parts of another build of %2; they are ignored",
-                             "%1 is a number, %2 the name of a source"),
-                   {times, part.path}));
+        warningMessage(filled(translate("View", "Traces of another build of %1 are ignored, parts: %2",
+                                        "%1 is the name of a source, %2 a number"),
+                              {part.path, times}));
         return;
     }
     infoMessage(
-        filled(translate("View",
-                         "Traces have %1 parts that nothing describes, key %2, checksum %3; they are ignored",
-                         "%1 is a number, %2 and %3 are numbers of trace lines"),
-               {times, hexText(part.key.fileKey).view(), hexText(part.key.checksum).view()}));
+        filled(translate("View", "Traces that nothing describes are ignored, key %1, checksum %2, parts: %3",
+                         "%1 and %2 are numbers of trace lines, %3 is a number"),
+               {hexText(part.key.fileKey).view(), hexText(part.key.checksum).view(), times}));
 }
 
 void tellOfStrayParts(const Campaign& campaign) {
     const std::size_t told = std::min(mostPartsTold, campaign.strayParts.size());
     std::for_each_n(campaign.strayParts.begin(), told, tellOfStrayPart);
     if (told < campaign.strayParts.size()) {
-        infoMessage(filled(
-            translate("View", "Traces have parts of %1 more sources that are ignored", "%1 is a number"),
-            {std::to_string(campaign.strayParts.size() - told)}));
+        infoMessage(filled(translate("View", "Traces of %1 more sources are ignored", "%1 is a number"),
+                           {std::to_string(campaign.strayParts.size() - told)}));
     }
 }
 

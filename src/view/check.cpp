@@ -105,7 +105,7 @@ void writePartTable(OutputFile& out, const Campaign& campaign, CheckLevel level)
         out.put(name);
         out.put("  ");
     }
-    putLine(out, "");
+    putLine(out, "name");
     forEachPart(campaign, level, [&](const Part& part) {
         for (std::size_t place = 0; place < part.rates.size(); ++place) {
             out.put(padded(rateText(part.rates[place]), viewRateNames[place].size()));

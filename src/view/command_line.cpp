@@ -136,7 +136,18 @@ void addTests(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     fatalError(translate("Fatal Error", "Errors in command line"));
 }
 
+// The parser would only say that a sub-command is missing.
+void checkCommand(const CLI::App& program, const std::vector<std::string>& words) {
+    const auto named = [&](const CLI::App* command) { return command->get_name() == words.front(); };
+    const std::vector<const CLI::App*> commands = program.get_subcommands({});
+    if (!words.empty() && !words.front().starts_with('-') &&
+        std::none_of(commands.begin(), commands.end(), named)) {
+        refuse(words.front() + " is no sub-command");
+    }
+}
+
 void parse(CLI::App& program, std::vector<std::string> words) {
+    checkCommand(program, words);
     std::reverse(words.begin(), words.end()); // as the parser wants them
     try {
         program.parse(std::move(words));

@@ -249,8 +249,8 @@ void writeRow(OutputFile& out, const Campaign& campaign, const RankedTest& ranke
 }
 
 std::size_t neededTests(const std::vector<RankedTest>& ranking) {
-    return static_cast<std::size_t>(
-        std::count_if(ranking.begin(), ranking.end(), [](const RankedTest& ranked) { return ranked.needed; }));
+    return static_cast<std::size_t>(std::count_if(ranking.begin(), ranking.end(),
+                                                  [](const RankedTest& ranked) { return ranked.needed; }));
 }
 
 void putNumber(JsonWriter& json, std::string_view key, std::uint64_t number) {

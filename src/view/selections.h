@@ -26,9 +26,9 @@ struct NamePatterns {
 };
 
 struct Patterns {
-    NamePatterns files;
-    NamePatterns services;
-    NamePatterns tests;
+    NamePatterns files{};
+    NamePatterns services{};
+    NamePatterns tests{};
 };
 
 // Whether a name is selected; notes which patterns have matched. Names are bytes; none of them is a NUL.
