@@ -48,7 +48,7 @@ int runGuarded(const std::vector<std::string>& words) {
 
 int main(int argumentCount, char** arguments) {
     using namespace veldacov;
-    constexpr std::array families = {"cov_", "common_", "cab_", "view_", "ulmoident_"};
+    constexpr std::array families = {"cov_", "common_", "view_", "ulmoident_"};
     const ProgramStart start(argumentCount, arguments, "veldaview", families, Installation::Optional);
     escapeControlsInMessages();
     return runGuarded({arguments, arguments + argumentCount});
