@@ -1,8 +1,14 @@
 #include "view/commands.h"
 
+#include <new>
+#include <stdexcept>
+
+#include "description/model.h"
+#include "description/name_pool.h"
 #include "support/machine.h"
 #include "support/platform.h"
 #include "support/run_files.h"
+#include "view/command_line.h"
 #include "view/ranking.h"
 
 namespace veldacov {
@@ -23,13 +29,6 @@ Colours coloursOf(const ViewRequest& request) {
     const bool forPeople = request.output == "-" && platform::isTerminal(platform::standardOutput) &&
                            !isSet("NO_COLOR") && getEnvironment("TERM") != "dumb";
     return forPeople ? Colours::Terminal : Colours::None;
-}
-
-} // namespace
-
-OutputFile openViewOutput(const std::string& name) {
-    return name == "-" ? outputOnStandardOutput()
-                       : createOutput(name, translate("Fatal Error", "Cannot create output file %1"));
 }
 
 int runCheck(const ViewRequest& request) {
@@ -57,6 +56,36 @@ int runTests(const ViewRequest& request) {
     }
     out.finish();
     return 0;
+}
+
+int runCommand(const ViewRequest& request) {
+    switch (request.command) {
+    case ViewCommand::Check: return runCheck(request);
+    case ViewCommand::Tests: break;
+    }
+    return runTests(request);
+}
+
+} // namespace
+
+OutputFile openViewOutput(const std::string& name) {
+    return name == "-" ? outputOnStandardOutput()
+                       : createOutput(name, translate("Fatal Error", "Cannot create output file %1"));
+}
+
+int runView(const std::vector<std::string>& words) {
+    try {
+        initNamePool();
+        const int status = runCommand(readViewCommandLine(words));
+        forgetRunFiles();
+        freeAllDescriptions();
+        freeNamePool();
+        return status;
+    } catch (const std::bad_alloc&) {
+        memoryExhausted();
+    } catch (const std::length_error&) { // more than a container could ever hold
+        memoryExhausted();
+    }
 }
 
 } // namespace veldacov

@@ -106,7 +106,7 @@ private:
     Counts counts_;
     SourceEvidence& evidence_;
     std::uint32_t firstItem_;
-    std::uint32_t decisions_ = 0;       // met so far
+    std::uint32_t decisions_ = 0; // met so far
     std::vector<Candidate> candidates_;
     std::vector<std::uint32_t> decisionOf_; // by place of a condition in its service
 };
@@ -173,9 +173,8 @@ void DescriptionEvidence::takeLines() {
                 ++service;
             }
             const CampaignService& owner = campaign_.services[service];
-            count =
-                evaluations(counts_, number,
-                            otherOutcome(*owner.service, number - itemNumbers(owner).conditions));
+            count = evaluations(counts_, number,
+                                otherOutcome(*owner.service, number - itemNumbers(owner).conditions));
         }
         evidence_.lines.push_back({line, count});
     }
@@ -213,8 +212,8 @@ void DescriptionEvidence::takeConditionBranches(const CampaignService& service) 
         const std::uint32_t other = otherOutcome(items, place);
         const bool evaluated = evaluations(counts_, first + place, other) != 0;
         for (std::uint32_t outcome = place; outcome <= place + other; ++outcome) {
-            evidence_.branches.push_back({condition.startLine, decision, 0, counts_[first + outcome],
-                                          evaluated, condition.text});
+            evidence_.branches.push_back(
+                {condition.startLine, decision, 0, counts_[first + outcome], evaluated, condition.text});
         }
         place += other;
     }
@@ -237,8 +236,7 @@ void DescriptionEvidence::takeBlockBranches(const CampaignService& service) {
         }
         if (isSimple && (isLabel(block, "THEN") || isLabel(block, "ELSEIF"))) {
             then = evidence_.branches.size();
-            evidence_.branches.push_back(
-                {block.startLine, decisions_++, 0, count, count != 0, block.label});
+            evidence_.branches.push_back({block.startLine, decisions_++, 0, count, count != 0, block.label});
         } else if ((isSimple || block.kind == BlockKind::Implicit) && isLabel(block, "ELSE")) {
             if (then) {
                 BranchEvidence& partner = evidence_.branches[*then];
@@ -264,8 +262,8 @@ void DescriptionEvidence::takeProofs(const CampaignService& service) {
         std::uint32_t index = 0;
         for (const ModifiedCondition& modified : composition.modifiedConditions) {
             const ConditionEntry& condition = items.conditions[modified.basicCondition];
-            evidence_.proofs.push_back({items.conditions[composition.firstCase].startLine, conditions, index++,
-                                        isProven(service, modified, counts_), condition.text});
+            evidence_.proofs.push_back({items.conditions[composition.firstCase].startLine, conditions,
+                                        index++, isProven(service, modified, counts_), condition.text});
         }
     }
 }
@@ -285,7 +283,7 @@ void DescriptionEvidence::numberBranches() {
         const bool sameDecision = sameLine && decision == branches[i].decision;
         decision = branches[i].decision;
         branches[i].number = sameDecision ? branches[i - 1].number + 1 : 0;
-        branches[i].decision = !sameLine     ? 0
+        branches[i].decision = !sameLine      ? 0
                                : sameDecision ? branches[i - 1].decision
                                               : branches[i - 1].decision + 1;
     }

@@ -47,8 +47,8 @@ struct BranchEvidence {
     std::uint32_t decision = 0; // of those with branches on the line, from 0
     std::uint32_t number = 0;   // in the decision's branches on the line, from 0
     std::uint32_t count = 0;
-    bool evaluated = false;     // some outcome of the condition was seen
-    std::string_view text;      // of the condition, with quotes where the description has them; a block's label
+    bool evaluated = false; // some outcome of the condition was seen
+    std::string_view text;  // of the condition, with quotes where the description has them; a block's label
 };
 // One condition of a composition.
 struct ProofEvidence {
