@@ -332,16 +332,17 @@ void sumHits(Campaign& campaign) {
     }
 }
 
-void nameStrayParts(Campaign& campaign, const std::string& root) {
-    std::unordered_map<std::uint32_t, const FileDescription*> byKey;
-    for (const auto& description : loadedDescriptions()) {
-        byKey.try_emplace(description->fileKey, description.get());
+// Names the sources of stale parts. Those of sources that are not selected are nobody's concern.
+void nameStrayParts(Campaign& campaign) {
+    std::unordered_map<std::uint32_t, const CampaignFile*> byKey;
+    for (const CampaignFile& file : campaign.files) {
+        byKey.try_emplace(file.description->fileKey, &file);
     }
-    for (StrayPart& part : campaign.strayParts) {
-        if (const auto known = byKey.find(part.key.fileKey); known != byKey.end()) {
-            part.path = relativeTo(root, describedPath(*known->second));
-        }
-    }
+    std::erase_if(campaign.strayParts, [&](StrayPart& part) {
+        const auto known = byKey.find(part.key.fileKey);
+        part.path = known != byKey.end() ? known->second->path : std::string();
+        return part.stale && part.path.empty();
+    });
 }
 
 // The first of the parts that were left out; a trace of another program may have thousands.
@@ -410,7 +411,7 @@ Campaign loadCampaign(const CampaignRequest& request) {
     events.finish();
     computeModifiedConditionHits();
     sumHits(campaign);
-    nameStrayParts(campaign, request.root);
+    nameStrayParts(campaign);
     tellOfStrayParts(campaign);
     if (campaign.tests.empty()) {
         warningMessage(translate("View", "There is no test: nothing counts as hit"));

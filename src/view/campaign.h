@@ -90,7 +90,8 @@ struct CampaignTest {
     std::vector<std::uint32_t> counts;
 };
 
-// Parts of traces that could not be taken: of one key and checksum.
+// Parts of traces that could not be taken: of one key and checksum. Those of another build of a source that is not
+// selected are not among them.
 struct StrayPart {
     PartKey key;
     bool stale = false;    // the key is described, with another checksum: a trace of another build

@@ -117,6 +117,26 @@ void addCheck(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
         ->type_name("FILE");
 }
 
+void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
+    CLI::App& command =
+        addCommand(program, "export", "Write what other programs read", parsed, request);
+    ExportOptions& exports = request.exports;
+    addChoice<ExportFormat>(command, "--format", exports.format,
+                            {{"json", ExportFormat::Json},
+                             {"lcov", ExportFormat::Lcov},
+                             {"cobertura", ExportFormat::Cobertura}},
+                            "What to write: JSON with all there is, LCOV tracefile, Cobertura XML")
+        ->required();
+    command.add_flag("--per-test", exports.perTest, "LCOV: a record for each test and source")->group("Formats");
+    command.add_flag("--mcdc", exports.mcdc, "LCOV: modified conditions too, for LCOV 2.2 and later")
+        ->group("Formats");
+    command
+        .add_option("--split", exports.split, "Cobertura: write N files, FILE-1 to FILE-N, of about the same size")
+        ->type_name("N")
+        ->check(CLI::Range(1, 10000))
+        ->group("Formats");
+}
+
 void addTests(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(
         program, "tests", "Order the tests by what each adds, and tell the redundant ones", parsed, request);
@@ -186,6 +206,24 @@ void takeMinima(const ParsedWords& parsed, CheckOptions& check) {
     }
 }
 
+ViewCommand commandOf(const CLI::App& program) {
+    if (program.got_subcommand("export")) {
+        return ViewCommand::Export;
+    }
+    return program.got_subcommand("check") ? ViewCommand::Check : ViewCommand::Tests;
+}
+
+// Options of one format with another would say less than was asked for.
+void refuseOtherFormats(const ViewRequest& request) {
+    const ExportOptions& exports = request.exports;
+    if (exports.format != ExportFormat::Lcov && (exports.perTest || exports.mcdc)) {
+        refuse("--per-test and --mcdc are for --format lcov");
+    }
+    if (exports.split > 1 && (exports.format != ExportFormat::Cobertura || request.output == "-")) {
+        refuse("--split is for --format cobertura with --output FILE");
+    }
+}
+
 } // namespace
 
 ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
@@ -197,6 +235,7 @@ ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     program.set_version_flag("--version", "veldaview " + std::string(toolVersion), "Show the version");
     program.require_subcommand(1);
     addCheck(program, parsed, request);
+    addExport(program, parsed, request);
     addTests(program, parsed, request);
     parse(program, expandedWords(words));
     const auto names = std::find(words.begin(), words.end(), "--"); // the parser would look for options here
@@ -204,7 +243,8 @@ ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     if (parsed.files.empty()) {
         refuse("files is required");
     }
-    request.command = program.got_subcommand("check") ? ViewCommand::Check : ViewCommand::Tests;
+    request.command = commandOf(program);
+    refuseOtherFormats(request);
     takePatterns(parsed);
     takeMinima(parsed, request.check);
     InputNames inputNames;

@@ -15,10 +15,11 @@
 
 #include "view/campaign.h"
 #include "view/check.h"
+#include "view/export.h"
 
 namespace veldacov {
 
-enum class ViewCommand : std::uint8_t { Check, Tests };
+enum class ViewCommand : std::uint8_t { Check, Export, Tests };
 enum class TestsFormat : std::uint8_t { Text, Json };
 
 struct ViewRequest {
@@ -27,6 +28,7 @@ struct ViewRequest {
     std::string output = "-"; // "-": standard output
     CheckOptions check;
     std::string markdown; // empty: none
+    ExportOptions exports;
     TestsFormat testsFormat = TestsFormat::Text;
 };
 

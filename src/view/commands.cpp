@@ -1,7 +1,10 @@
 #include "view/commands.h"
 
+#include <filesystem>
 #include <new>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "description/model.h"
 #include "description/name_pool.h"
@@ -45,6 +48,43 @@ int runCheck(const ViewRequest& request) {
     return verdict.status;
 }
 
+// The name of one of several outputs: "cov.xml" is "cov-2.xml".
+std::string partName(const std::string& name, std::size_t part) {
+    const std::filesystem::path path(name);
+    std::filesystem::path file = path.stem();
+    file += "-" + std::to_string(part) + path.extension().string();
+    return path.has_parent_path() ? (path.parent_path() / file).string() : file.string();
+}
+
+void exportParts(const Campaign& campaign, const ViewRequest& request) {
+    const std::vector<Source> sources = sourcesOf(campaign);
+    const auto parts = splitSources(campaign, sources, request.exports.split);
+    for (std::size_t part = 0; part < parts.size(); ++part) {
+        OutputFile out = openViewOutput(request.exports.split > 1 ? partName(request.output, part + 1)
+                                                                  : request.output);
+        exportCobertura(out, campaign, parts[part], request.campaign.root);
+        out.finish();
+    }
+}
+
+int runExport(const ViewRequest& request) {
+    const ExportOptions& exports = request.exports;
+    const Campaign campaign =
+        load(request, exports.perTest ? CampaignDetail::TestCounts : CampaignDetail::Tests);
+    if (exports.format == ExportFormat::Cobertura) {
+        exportParts(campaign, request);
+        return 0;
+    }
+    OutputFile out = openViewOutput(request.output);
+    if (exports.format == ExportFormat::Json) {
+        exportJson(out, campaign);
+    } else {
+        exportLcov(out, campaign, exports);
+    }
+    out.finish();
+    return 0;
+}
+
 int runTests(const ViewRequest& request) {
     const Campaign campaign = load(request, CampaignDetail::Tests);
     const std::vector<RankedTest> ranking = rankTests(campaign);
@@ -61,6 +101,7 @@ int runTests(const ViewRequest& request) {
 int runCommand(const ViewRequest& request) {
     switch (request.command) {
     case ViewCommand::Check: return runCheck(request);
+    case ViewCommand::Export: return runExport(request);
     case ViewCommand::Tests: break;
     }
     return runTests(request);

@@ -6,8 +6,7 @@
 #include <unordered_set>
 
 #include "support/shown_text.h"
-#include "view/json_stream.h"
-#include "view/view_rates.h"
+#include "view/json_parts.h"
 
 namespace veldacov {
 
@@ -253,33 +252,6 @@ std::size_t neededTests(const std::vector<RankedTest>& ranking) {
                                                   [](const RankedTest& ranked) { return ranked.needed; }));
 }
 
-void putNumber(JsonWriter& json, std::string_view key, std::uint64_t number) {
-    putKey(json, key);
-    json.Uint64(number);
-}
-
-// Numbers that the traces do not give are left out.
-void putTest(JsonWriter& json, const CampaignTest& test) {
-    putName(json, "name", shownName(test));
-    if (test.number != -1) {
-        putNumber(json, "number", static_cast<std::uint32_t>(test.number));
-    }
-    if (test.serviceNumber != -1) {
-        putNumber(json, "serviceNumber", static_cast<std::uint32_t>(test.serviceNumber));
-    }
-    if (test.date != nullptr) {
-        putName(json, "date", nameText(test.date));
-    }
-}
-
-void putRate(JsonWriter& json, std::string_view name, const ViewRate& rate) {
-    putKey(json, name);
-    json.StartObject();
-    putNumber(json, "hits", rate.hits);
-    putNumber(json, "total", rate.total);
-    json.EndObject();
-}
-
 void putRanked(JsonWriter& json, const Campaign& campaign, const RankedTest& ranked,
                const std::vector<std::size_t>& shownRates) {
     json.StartObject();
@@ -287,8 +259,7 @@ void putRanked(JsonWriter& json, const Campaign& campaign, const RankedTest& ran
     putNumber(json, "items", ranked.items);
     putNumber(json, "own", ranked.own);
     putNumber(json, "gain", ranked.gain);
-    putKey(json, "needed");
-    json.Bool(ranked.needed);
+    putFlag(json, "needed", ranked.needed);
     putKey(json, "rates");
     json.StartObject();
     putRate(json, "total", sumOfRates(campaign.totals, ranked.hits, campaign.types));
