@@ -118,20 +118,20 @@ void addCheck(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
 }
 
 void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
-    CLI::App& command =
-        addCommand(program, "export", "Write what other programs read", parsed, request);
+    CLI::App& command = addCommand(program, "export", "Write what other programs read", parsed, request);
     ExportOptions& exports = request.exports;
-    addChoice<ExportFormat>(command, "--format", exports.format,
-                            {{"json", ExportFormat::Json},
-                             {"lcov", ExportFormat::Lcov},
-                             {"cobertura", ExportFormat::Cobertura}},
-                            "What to write: JSON with all there is, LCOV tracefile, Cobertura XML")
+    addChoice<ExportFormat>(
+        command, "--format", exports.format,
+        {{"json", ExportFormat::Json}, {"lcov", ExportFormat::Lcov}, {"cobertura", ExportFormat::Cobertura}},
+        "What to write: JSON with all there is, LCOV tracefile, Cobertura XML")
         ->required();
-    command.add_flag("--per-test", exports.perTest, "LCOV: a record for each test and source")->group("Formats");
+    command.add_flag("--per-test", exports.perTest, "LCOV: a record for each test and source")
+        ->group("Formats");
     command.add_flag("--mcdc", exports.mcdc, "LCOV: modified conditions too, for LCOV 2.2 and later")
         ->group("Formats");
     command
-        .add_option("--split", exports.split, "Cobertura: write N files, FILE-1 to FILE-N, of about the same size")
+        .add_option("--split", exports.split,
+                    "Cobertura: write N files, FILE-1 to FILE-N, of about the same size")
         ->type_name("N")
         ->check(CLI::Range(1, 10000))
         ->group("Formats");

@@ -60,8 +60,8 @@ void exportParts(const Campaign& campaign, const ViewRequest& request) {
     const std::vector<Source> sources = sourcesOf(campaign);
     const auto parts = splitSources(campaign, sources, request.exports.split);
     for (std::size_t part = 0; part < parts.size(); ++part) {
-        OutputFile out = openViewOutput(request.exports.split > 1 ? partName(request.output, part + 1)
-                                                                  : request.output);
+        OutputFile out =
+            openViewOutput(request.exports.split > 1 ? partName(request.output, part + 1) : request.output);
         exportCobertura(out, campaign, parts[part], request.campaign.root);
         out.finish();
     }

@@ -306,12 +306,12 @@ void joinFunctions(std::vector<FunctionEvidence>& all, const std::vector<Functio
 
 void joinLines(std::vector<LineEvidence>& all, const std::vector<LineEvidence>& more) {
     std::map<std::uint32_t, std::uint32_t> counts;
-    for (const auto* lines : {&all, &more}) {
-        for (const LineEvidence& line : *lines) {
-            std::uint32_t& count = counts[line.line];
-            count = std::max(count, line.count);
-        }
-    }
+    const auto take = [&](const LineEvidence& line) {
+        std::uint32_t& count = counts[line.line];
+        count = std::max(count, line.count);
+    };
+    std::for_each(all.begin(), all.end(), take);
+    std::for_each(more.begin(), more.end(), take);
     all.clear();
     for (const auto& [line, count] : counts) {
         all.push_back({line, count});

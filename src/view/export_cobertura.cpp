@@ -9,12 +9,12 @@
 // Totals stand before what they are totals of, so evidence is worked out twice: for the sums, and to be written.
 
 #include <algorithm>
-#include <ctime>
 #include <map>
 
 #include <QIODevice>
 #include <QXmlStreamWriter>
 
+#include "support/files.h"
 #include "support/machine.h"
 #include "view/export.h"
 #include "view/progress.h"
@@ -102,7 +102,8 @@ QString className(std::string_view path) {
 QString rate(const Share& share) {
     return share.valid == 0
                ? QStringLiteral("0.0")
-               : QString::number(static_cast<double>(share.covered) / static_cast<double>(share.valid), 'g', 6);
+               : QString::number(static_cast<double>(share.covered) / static_cast<double>(share.valid), 'g',
+                                 6);
 }
 QString percentage(const Share& share) {
     return QString::number(share.covered * 100 / share.valid) + QLatin1Char('%');
@@ -113,6 +114,8 @@ public:
     CoberturaWriter(OutputFile& out, const Campaign& campaign, std::span<const Source> sources)
         : device_(out), xml_(&device_), campaign_(campaign), sources_(sources),
           progress_(translate("View", "Writing: %1 of %2", "%1 and %2 are numbers"), 2 * sources.size()) {
+        xml_.setAutoFormatting(true);
+        xml_.setAutoFormattingIndent(0);
         for (const Source& source : sources_) {
             sums_.push_back(sumsOf(evidence(source)));
         }
@@ -160,7 +163,7 @@ private:
 QString timeStamp() {
     const std::string fixed = getEnvironment("SOURCE_DATE_EPOCH").value_or("");
     const bool isNumber = !fixed.empty() && fixed.find_first_not_of("0123456789") == std::string::npos;
-    return isNumber ? QString::fromStdString(fixed) : QString::number(std::time(nullptr));
+    return isNumber ? QString::fromStdString(fixed) : QString::number(presentTime());
 }
 
 void CoberturaWriter::putHead(const std::string& root) {
@@ -191,8 +194,8 @@ void CoberturaWriter::putLine(const LineEvidence& line, const Share& branches) {
     const QString covered = percentage(branches);
     xml_.writeAttribute(QStringLiteral("branch"), QStringLiteral("true"));
     xml_.writeAttribute(QStringLiteral("condition-coverage"),
-                        covered + QStringLiteral(" (") + QString::number(branches.covered) + QLatin1Char('/') +
-                            QString::number(branches.valid) + QLatin1Char(')'));
+                        covered + QStringLiteral(" (") + QString::number(branches.covered) +
+                            QLatin1Char('/') + QString::number(branches.valid) + QLatin1Char(')'));
     xml_.writeStartElement(QStringLiteral("conditions"));
     xml_.writeEmptyElement(QStringLiteral("condition"));
     xml_.writeAttribute(QStringLiteral("number"), QStringLiteral("0"));

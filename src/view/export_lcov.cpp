@@ -97,9 +97,7 @@ public:
     void writePerTest();
 
 private:
-    static QString progressText() {
-        return translate("View", "Writing: %1 of %2", "%1 and %2 are numbers");
-    }
+    static QString progressText() { return translate("View", "Writing: %1 of %2", "%1 and %2 are numbers"); }
     void writeRecord(std::string_view test, std::size_t source, std::span<const std::uint32_t> counts);
     void writeFunctions();
     void writeBranches();
