@@ -170,7 +170,7 @@ void CoberturaWriter::putHead(const std::string& root) {
     const Sums all = sumsOfRange(0, sources_.size());
     xml_.writeStartDocument();
     xml_.writeDTD(QStringLiteral(
-        "\n<!DOCTYPE coverage SYSTEM \"http://cobertura.sourceforge.net/xml/coverage-04.dtd\">\n"));
+        "<!DOCTYPE coverage SYSTEM \"http://cobertura.sourceforge.net/xml/coverage-04.dtd\">"));
     xml_.writeStartElement(QStringLiteral("coverage"));
     putRates(all);
     putShare(QStringLiteral("lines"), all.lines);
