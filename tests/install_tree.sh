@@ -30,11 +30,17 @@ de_DE.UTF-8|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werde
 de|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werden
 es_ES.UTF-8|Norvik veldacov - WARNING: Cannot open file gone.fdc
 TABLE
-for family in cov common cab ulmoident acc; do
+for family in cov common cab view ulmoident acc; do
     for language in de fr; do
         [ -s "$work/tree/lib/locale/${family}_$language.qm" ] || fail "no translations ${family}_$language"
     done
 done
+
+# The second program finds them, too, and does without.
+said=$(LC_ALL=fr_FR.UTF-8 "$work/tree/bin/veldaview" check @gone 2>&1)
+[ "$said" = "Norvik veldaview - ERREUR FATALE : Impossible d'ouvrir le fichier de réponse gone" ] || fail "veldaview: $said"
+said=$(LC_ALL=fr_FR.UTF-8 NORVIKDIR= "$work/tree/bin/veldaview" check @gone 2>&1)
+[ "$said" = "Norvik veldaview - FATAL ERROR: Cannot open response file gone" ] || fail "veldaview: $said"
 
 # The report's own language does not come from the locale, and data files are the same everywhere.
 cd "$work/tree/share/doc/veldacov/examples/burner" || exit 1
@@ -57,7 +63,7 @@ for option in $("$work/tree/bin/veldacov" 2>&1 | grep -oE '[-][A-Z]{2,}' | sort 
 done
 
 # The front end, where it is built: the same of its page, and it finds its parts and its translations in the tree.
-pages=(veldacov)
+pages=(veldacov veldaview)
 if grep -q '^VELDACOV_FRONTEND:BOOL=ON' "$build/CMakeCache.txt"; then
     pages+=(veldacc)
     MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldacc.1.gz" >"$work/manual" 2>"$work/log"
@@ -71,6 +77,19 @@ if grep -q '^VELDACOV_FRONTEND:BOOL=ON' "$build/CMakeCache.txt"; then
     [[ $said == *"Unbekannte Option --none"* ]] || fail "veldacc: $said"
     [ -f "$work/tree/include/velda.h" ] || fail 'no velda.h'
 fi
+
+# The second one has an entry for each option that the program shows, and so do the completions; bash offers them.
+MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldaview.1.gz" >"$work/second_manual" 2>"$work/log"
+[ -s "$work/log" ] && fail "manual page of veldaview: $(cat "$work/log")"
+for command in $("$work/tree/bin/veldaview" --help | sed -n '/^Subcommands/,$s/^  \([a-z]*\) .*/\1/p'); do
+    offered=$(bash -c ". '$source/completions/veldaview'; compopt() { :; }; COMP_LINE='veldaview $command --'
+        COMP_POINT=\${#COMP_LINE}; _veldaview; echo \${COMPREPLY[*]}")
+    for option in $("$work/tree/bin/veldaview" "$command" --help | grep -oE '^  .*[-][-][a-z-]+' | grep -oE '[-][-][a-z-]+'); do
+        grep -qE "^ +([-].*, )?$option\b" "$work/second_manual" || fail "manual page of veldaview: no entry for $option"
+        [[ " $offered " == *" $option "* ]] || fail "completion in bash: no $option of $command"
+        grep -qE "[-]?$option\b" "$source/completions/_veldaview" || fail "completion in zsh: no $option"
+    done
+done
 
 # The examples of the pages run where they say so, without warnings. One of them is a response file.
 for page in "${pages[@]}"; do

@@ -28,13 +28,22 @@ void enterPeriod(TraceWalk& walk, std::int32_t serviceNumber) {
     walk.currentServiceNumber = serviceNumber;
 }
 
+// The lines of a test that nobody takes are skipped.
+bool takesTest(TraceWalk& walk, const NameEntry* test) {
+    const bool taken = walk.events->takesTest(test);
+    if (!taken) {
+        walk.trace.state = ReadState::SkippingTest;
+    }
+    return taken;
+}
+
 void handleTestLine(TraceWalk& walk) {
     walk.events->testLinesEnd();
     const TestLine line = readTestLine(walk.trace);
     endTest(walk);
     enterPeriod(walk, line.serviceNumber);
     const TestIdentity identity = identityOf(walk.trace, line);
-    walk.testOpen = enterTest(walk.trace, identity.test, *walk.options);
+    walk.testOpen = enterTest(walk.trace, identity.test, *walk.options) && takesTest(walk, identity.test);
     walk.test = {.test = identity.test,
                  .knownBy = identity.knownBy,
                  .number = line.number,
@@ -90,6 +99,9 @@ void readTraceFile(TraceWalk& walk, const std::string& fileName) {
     const SkippedParts skippedParts =
         walk.recorder.keptHits != nullptr ? SkippedParts::Read : SkippedParts::Ignored;
     openTrace(walk.trace, fileName);
+    if (!walk.testOpen) {
+        takesTest(walk, walk.trace.defaultTest);
+    }
     while (const std::optional<LineKind> kind = nextTraceLine(walk.trace, skippedParts)) {
         switch (*kind) {
         case LineKind::NT: handleTestLine(walk); break;

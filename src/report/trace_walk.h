@@ -48,6 +48,9 @@ struct MetPart {
 class TraceEvents {
 public:
     virtual ~TraceEvents() = default;
+    // Whether the hits of a test that the options select are of interest: at its test line, and for the default test
+    // where a file is read outside of tests.
+    virtual bool takesTest(const NameEntry* /*test*/) { return true; }
     // The lines of the current test have ended: the next test line is met, or the traces are over.
     virtual void testLinesEnd() {}
     // A selected test ends. Also called, with `selected` false, where hits have been recorded outside of any selected

@@ -169,6 +169,10 @@ Descriptor createUnnamed(const std::string& directory) {
     return file;
 }
 
+bool isTerminal(int descriptor) {
+    return ::isatty(descriptor) == 1;
+}
+
 Descriptor duplicate(int descriptor) {
     return Descriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }

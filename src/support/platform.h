@@ -53,6 +53,7 @@ Descriptor createUnnamed(const std::string& directory);
 // Descriptors that every process starts with.
 constexpr int standardOutput = 1;
 constexpr int standardError = 2;
+bool isTerminal(int descriptor);
 // A descriptor of its own for an open file.
 Descriptor duplicate(int descriptor);
 bool removeFile(const std::string& path);

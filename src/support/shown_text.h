@@ -1,0 +1,14 @@
+#pragma once
+
+// Names as people may look at them: on a terminal, control characters of a name would move the cursor or worse.
+
+#include <string>
+#include <string_view>
+
+namespace veldacov {
+
+// The text with its control characters, those of Latin-1 in UTF-8 included, as "\x1b"; tab and line feed as "\t" and
+// "\n". All other bytes stay.
+std::string shownText(std::string_view text);
+
+} // namespace veldacov
