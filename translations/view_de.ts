@@ -47,5 +47,15 @@
         <comment>%1 is a pattern, %2 an option</comment>
         <translation>Auf das Muster %1 von %2 passt nichts</translation>
     </message>
+    <message>
+        <source>Writing: %1 of %2</source>
+        <comment>%1 and %2 are numbers</comment>
+        <translation>Schreibe: %1 von %2</translation>
+    </message>
+    <message>
+        <source>MCDC records of %1 decisions are left out: an earlier decision of as many conditions begins on the same line</source>
+        <comment>%1 is a number</comment>
+        <translation>MCDC-Sätze von %1 Entscheidungen fehlen: eine frühere Entscheidung mit ebenso vielen Bedingungen beginnt in derselben Zeile</translation>
+    </message>
 </context>
 </TS>

@@ -47,5 +47,15 @@
         <comment>%1 is a pattern, %2 an option</comment>
         <translation>Le motif %1 de %2 ne correspond à rien</translation>
     </message>
+    <message>
+        <source>Writing: %1 of %2</source>
+        <comment>%1 and %2 are numbers</comment>
+        <translation>Écriture&#xa0;: %1 sur %2</translation>
+    </message>
+    <message>
+        <source>MCDC records of %1 decisions are left out: an earlier decision of as many conditions begins on the same line</source>
+        <comment>%1 is a number</comment>
+        <translation>Les enregistrements MCDC de %1 décisions manquent&#xa0;: une décision précédente d&apos;autant de conditions commence à la même ligne</translation>
+    </message>
 </context>
 </TS>

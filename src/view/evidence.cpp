@@ -339,11 +339,15 @@ void joinBranches(std::vector<BranchEvidence>& all, const std::vector<BranchEvid
         decisions[all[i].line] = all[i].decision + 1;
     }
     const std::vector<BranchKey> keys = keysOf(more);
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> added; // by line and their own number
     for (std::size_t i = 0; i < more.size(); ++i) {
         const auto same = places.find(keys[i]);
         if (same == places.end()) {
+            std::uint32_t& next = decisions[more[i].line];
+            const auto [decision, isNew] = added.try_emplace({more[i].line, more[i].decision}, next);
+            next += isNew ? 1 : 0;
             all.push_back(more[i]);
-            all.back().decision += decisions[more[i].line];
+            all.back().decision = decision->second;
             continue;
         }
         BranchEvidence& branch = all[same->second];
