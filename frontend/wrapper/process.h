@@ -32,7 +32,8 @@ struct Redirection {
 // Starts a program, looked for in PATH, with the environment of this one. When it cannot be run, that is said and
 // Failure thrown, with status 127.
 pid_t start(const Words& words, const Redirection& redirection);
-// Waits for a started program, for so many seconds at most; 0 waits for ever.
+// Waits for a started program; 0 seconds wait for ever. Seconds are those that the program had of a processor, so that a
+// busy machine changes nothing; one that only waits is given ten times as much.
 Outcome waitFor(pid_t process, unsigned seconds = 0);
 void stop(pid_t process);
 Outcome run(const Words& words, const Redirection& redirection = {}, unsigned seconds = 0);

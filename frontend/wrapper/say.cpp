@@ -136,7 +136,8 @@ int main(int argumentCount, char** arguments) {
     const QCoreApplication application(argumentCount, arguments);
     const Translations translations(QCoreApplication::applicationDirPath());
     veldacov::setProductIdentity(veldacov::translate("ULMOIdent", "Norvik"), QStringLiteral("veldacc"));
-    saySo(static_cast<Message>(std::atoi(arguments[2])), std::string_view(arguments[1]) == "error",
+    saySo(static_cast<Message>(std::strtol(arguments[2], nullptr, 10)),
+          std::string_view(arguments[1]) == "error",
           std::vector<std::string>(arguments + 3, arguments + argumentCount));
     return 0;
 }

@@ -12,6 +12,7 @@ import tempfile
 from collections import Counter
 from pathlib import Path
 
+sys.dont_write_bytecode = True  # the tree stays as it is
 from coverage_data import hits, sections
 
 example = Path(__file__).resolve().parents[3] / "examples/burner"

@@ -22,7 +22,7 @@ while [ $# -gt 0 ]; do
 done
 case ${STAND_IN:-$source} in
 *crash*) kill -SEGV $$ ;;
-*slow*) exec sleep 60 ;;
+*slow*) while :; do :; done ;;
 *left*) exit 3 ;;
 *refused*) exit 4 ;;
 esac
