@@ -3,6 +3,7 @@
 # as the name of the source asks for.
 #
 #   manners.sh VELDACC LIBRARY_DIRECTORY
+# shellcheck disable=SC2016 # the inner shell expands
 set -u
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
