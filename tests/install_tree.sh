@@ -39,7 +39,7 @@ done
 # The second program finds them, too, and does without.
 said=$(LC_ALL=fr_FR.UTF-8 "$work/tree/bin/veldaview" check @gone 2>&1)
 [ "$said" = "Norvik veldaview - ERREUR FATALE : Impossible d'ouvrir le fichier de réponse gone" ] || fail "veldaview: $said"
-said=$(LC_ALL=fr_FR.UTF-8 NORVIKDIR= "$work/tree/bin/veldaview" check @gone 2>&1)
+said=$(LC_ALL=fr_FR.UTF-8 NORVIKDIR='' "$work/tree/bin/veldaview" check @gone 2>&1)
 [ "$said" = "Norvik veldaview - FATAL ERROR: Cannot open response file gone" ] || fail "veldaview: $said"
 
 # The report's own language does not come from the locale, and data files are the same everywhere.
