@@ -43,4 +43,8 @@ std::string shownText(std::string_view text) {
     return shown;
 }
 
+std::string padded(std::string_view text, std::size_t width) {
+    return std::string(width > text.size() ? width - text.size() : 0, ' ').append(text);
+}
+
 } // namespace veldacov

@@ -11,4 +11,7 @@ namespace veldacov {
 // "\n". All other bytes stay.
 std::string shownText(std::string_view text);
 
+// The text with blanks in front of it, where it is shorter than the width in bytes.
+std::string padded(std::string_view text, std::size_t width);
+
 } // namespace veldacov

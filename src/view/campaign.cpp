@@ -118,13 +118,13 @@ public:
 
 private:
     std::size_t placeOf(const NameEntry* test, KnownBy knownBy, std::int32_t number);
-    std::vector<NumberedCount> hitsOfRun() const;
+    [[nodiscard]] std::vector<NumberedCount> hitsOfRun() const;
     void takeHits(std::size_t place, bool counted);
     void takeUncounted(GatheredHits& gathered, const std::vector<NumberedCount>& items);
     void takeCounted(GatheredHits& gathered, const std::vector<NumberedCount>& items);
     void count(std::uint32_t number, std::uint32_t times) {
-        std::uint32_t& counted = campaign_.counts[number];
-        counted = saturatingSum(counted, times);
+        std::uint32_t& sum = campaign_.counts[number];
+        sum = saturatingSum(sum, times);
     }
 
     Campaign& campaign_;

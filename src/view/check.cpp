@@ -66,10 +66,6 @@ bool isDoubtful(const Campaign& campaign, const CheckOptions& options) {
     return options.strict && (unmatched || campaign.complaints > 0);
 }
 
-std::string padded(std::string_view text, std::size_t width) {
-    return std::string(width > text.size() ? width - text.size() : 0, ' ').append(text);
-}
-
 std::string percentText(const ViewRate& rate) {
     return rateText(rate) + (rate.state == RateState::Measured ? "%" : "");
 }

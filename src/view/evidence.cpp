@@ -323,6 +323,7 @@ using BranchKey = std::tuple<std::uint32_t, std::string_view, std::uint32_t>;
 std::vector<BranchKey> keysOf(const std::vector<BranchEvidence>& branches) {
     std::map<std::tuple<std::uint32_t, std::string_view>, std::uint32_t> times;
     std::vector<BranchKey> keys;
+    keys.reserve(branches.size());
     for (const BranchEvidence& branch : branches) {
         keys.emplace_back(branch.line, branch.text, times[{branch.line, branch.text}]++);
     }
@@ -411,6 +412,7 @@ std::vector<Source> sourcesOf(const Campaign& campaign) {
         filesByPath[normalised(campaign.files[file].path)].push_back(file);
     }
     std::vector<Source> sources;
+    sources.reserve(filesByPath.size());
     for (auto& [path, files] : filesByPath) {
         sources.push_back({path, std::move(files)});
     }

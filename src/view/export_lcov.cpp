@@ -106,8 +106,8 @@ private:
     void tellLeftOut() const;
 
     // The places of the sources that a test hits.
-    std::vector<std::size_t> sourcesHit(const std::vector<std::uint32_t>& numbers,
-                                        const std::vector<std::size_t>& sourceOfFile) const;
+    [[nodiscard]] std::vector<std::size_t> sourcesHit(const std::vector<std::uint32_t>& numbers,
+                                                      const std::vector<std::size_t>& sourceOfFile) const;
     template <typename Found>
     void putSum(std::string_view found, std::string_view hit, Found count, Found countHit) {
         putLine(out_, found, static_cast<std::uint32_t>(count));

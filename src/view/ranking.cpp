@@ -204,10 +204,6 @@ void dropSuperfluous(const Campaign& campaign, std::vector<RankedTest>& ranking)
     }
 }
 
-std::string padded(std::string_view text, std::size_t width) {
-    return std::string(width > text.size() ? width - text.size() : 0, ' ').append(text);
-}
-
 // The rates that the campaign has, by their places.
 std::vector<std::size_t> measuredRates(const Campaign& campaign) {
     const ViewRates rates = viewRates(campaign.totals, campaign.hits, campaign.types);
