@@ -405,38 +405,49 @@ private:
     }
     [[nodiscard]] bool isTable() const { return composition_.frontier != expressionFrontier; }
 
+    // Whether an element for the case satisfies, of elements in the order of their cases.
+    template <typename Element, typename CaseOf, typename Satisfies>
+    static bool anyOfCase(const std::vector<Element>& elements, std::uint32_t caseNumber,
+                          CaseOf caseOfElement, Satisfies satisfies) {
+        auto element = std::partition_point(elements.begin(), elements.end(), [&](const Element& candidate) {
+            return caseOfElement(candidate) < caseNumber;
+        });
+        for (; element != elements.end() && caseOfElement(*element) == caseNumber; ++element) {
+            if (satisfies(*element)) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     [[nodiscard]] bool anyIsHitWithFirst(const ModifiedCondition& modified, std::uint32_t caseNumber) const {
-        const auto ofCase =
-            std::ranges::equal_range(modified.pairs, caseNumber, std::less(),
-                                     [this](const VectorPair& pair) { return caseOf(pair.first); });
-        return std::any_of(ofCase.begin(), ofCase.end(),
-                           [this](const VectorPair& pair) { return isHit(pair); });
+        return anyOfCase(
+            modified.pairs, caseNumber, [this](const VectorPair& pair) { return caseOf(pair.first); },
+            [this](const VectorPair& pair) { return isHit(pair); });
     }
 
     [[nodiscard]] bool anyIsHitWithSecond(ModifiedCondition& modified, std::uint32_t caseNumber) const {
         if (!isTable()) {
-            const auto ofCase =
-                std::ranges::equal_range(modified.pairs, caseNumber, std::less(),
-                                         [this](const VectorPair& pair) { return caseOf(pair.second); });
-            return std::any_of(ofCase.begin(), ofCase.end(),
-                               [this](const VectorPair& pair) { return isHit(pair); });
+            return anyOfCase(
+                modified.pairs, caseNumber, [this](const VectorPair& pair) { return caseOf(pair.second); },
+                [this](const VectorPair& pair) { return isHit(pair); });
         }
         if (caseNumber < composition_.frontier) {
             return false; // the first cases of a table's pairs are true, the second ones false
         }
-        const auto secondCase = [&](std::uint32_t at) { return caseOf(modified.pairs[at].second); };
-        const auto ofCase =
-            std::ranges::equal_range(inOrderOfSecondCases(modified), caseNumber, std::less(), secondCase);
-        return std::any_of(ofCase.begin(), ofCase.end(),
-                           [&](std::uint32_t at) { return isHit(modified.pairs[at]); });
+        return anyOfCase(
+            inOrderOfSecondCases(modified), caseNumber,
+            [&](std::uint32_t at) { return caseOf(modified.pairs[at].second); },
+            [&](std::uint32_t at) { return isHit(modified.pairs[at]); });
     }
 
     [[nodiscard]] const std::vector<std::uint32_t>& inOrderOfSecondCases(ModifiedCondition& modified) const {
         if (modified.bySecondCase == nullptr) {
             auto places = std::make_unique<std::vector<std::uint32_t>>(modified.pairs.size());
             std::iota(places->begin(), places->end(), 0U);
-            std::ranges::sort(*places, std::less(),
-                              [&](std::uint32_t at) { return caseOf(modified.pairs[at].second); });
+            std::sort(places->begin(), places->end(), [&](std::uint32_t left, std::uint32_t right) {
+                return caseOf(modified.pairs[left].second) < caseOf(modified.pairs[right].second);
+            });
             modified.bySecondCase = std::move(places);
         }
         return *modified.bySecondCase;
