@@ -82,7 +82,7 @@ private:
 
     void* do_allocate(std::size_t size, std::size_t alignment) override {
         void* taken = next_;
-        std::size_t left = static_cast<std::size_t>(end_ - next_);
+        auto left = static_cast<std::size_t>(end_ - next_);
         if (next_ == nullptr || std::align(alignment, size, taken, left) == nullptr) {
             return allocateInNextBlock(size, alignment);
         }

@@ -56,7 +56,11 @@ constexpr std::array<TranslatableText, 5> messagePrefixes = {{
 }};
 
 QString shownMessage(const QString& message) {
-    return controlsEscaped ? fromLocal(shownText(toLocal(message))) : message;
+    if (!controlsEscaped) {
+        return message;
+    }
+    const std::string shown = shownText(toLocal(message));
+    return fromLocal(shown);
 }
 
 QString messageLine(MessageKind kind, const QString& message) {
@@ -114,6 +118,7 @@ QString filled(QString text, std::initializer_list<std::string_view> values) {
 }
 
 QString fromLocal(std::string_view bytes) {
+    // cppcheck-suppress invalidLifetime ; the result has characters of its own
     return QString::fromLocal8Bit(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
 
