@@ -38,6 +38,10 @@ std::pmr::memory_resource& blockSource() {
     return source;
 }
 
+Arena::Arena() {
+    blockSource();
+}
+
 Arena::~Arena() {
     for (const Block& block : blocks_) {
         blockSource().deallocate(block.start, block.size);

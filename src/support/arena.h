@@ -44,7 +44,7 @@ public:
         std::byte* next = nullptr; // null: before the first block
     };
 
-    Arena() = default;
+    Arena(); // the source of its blocks is there before it, and so outlives it
     ~Arena() override;
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
