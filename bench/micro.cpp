@@ -21,6 +21,7 @@
 #include "description/model.h"
 #include "description/name_pool.h"
 #include "inputs.h"
+#include "report/hit_lines.h"
 #include "report/report.h"
 #include "report/tio.h"
 #include "support/files.h"
@@ -176,7 +177,7 @@ void hitRecording(benchmark::State& state, Pattern pattern, bool counted) {
                 cursor.countOriented = true;
             } else if (*kind >= LineKind::TP && *kind <= LineKind::TE) {
                 record(readHit(cursor, *kind));
-                takePlainHits(cursor, known, record);
+                takeHitLines(cursor, known, record);
             }
         }
         resetTestCounts();

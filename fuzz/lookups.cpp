@@ -10,10 +10,11 @@
 #include "description/hit_counting.h"
 #include "description/item_index.h"
 #include "description/model.h"
+#include "description/pairs.h"
 #include "driver/program.h"
 #include "plain_judges.h"
 #include "report/report.h"
-#include "report/trace_reader.h"
+#include "report/trace_walk.h"
 #include "support.h"
 
 using namespace veldacov;
@@ -174,19 +175,30 @@ std::vector<KindAndId> itemsOf(FileDescription& description) {
     return items;
 }
 
+// Ends tests as the report run does, without its outputs.
+class CountsPerTest : public TraceEvents {
+public:
+    explicit CountsPerTest(const CoverageOptions& options) : options_(options) {}
+    void testEnds(const TestRun& test) override {
+        if (test.selected) {
+            computeModifiedConditionHits();
+            if (!options_.global) {
+                resetTestCounts();
+            }
+        }
+    }
+
+private:
+    const CoverageOptions& options_;
+};
+
 void compareHits(Model& model, FuzzedDataProvider& bytes) {
     constexpr const char* keywords[] = {"TP", "TA", "TB", "TE"};
     constexpr std::uint32_t counts[] = {1, 2, 0, 255, mostHits - 1, mostHits, UINT32_MAX, 0x70000000};
     CoverageOptions options;
     options.global = bytes.ConsumeBool();
-    OutputFile report(platform::createForWriting("report"), "report");
-    TraceSession session;
-    session.reportStream = &report;
-    session.options = &options;
-    session.trace = startOfTraces();
-    session.typesOfAllFiles = typesOfAllDescriptions();
-    session.typesInUse = session.typesOfAllFiles;
-    session.selection = takeSelection(options);
+    CountsPerTest events(options);
+    TraceWalk walk = startWalk(options, events, {typesOfAllDescriptions(), nullptr});
 
     std::vector<std::vector<KindAndId>> items;
     for (const auto& description : loadedDescriptions()) {
@@ -200,7 +212,7 @@ void compareHits(Model& model, FuzzedDataProvider& bytes) {
     std::string trace = "FT 36\nDC 7\n";
     const auto readOn = [&] {
         fuzz::writeFile("a.tio", trace);
-        readTraceFile(session, "a.tio");
+        readTraceFile(walk, "a.tio");
         trace.clear();
     };
     while (bytes.remaining_bytes() > 0) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The measure database when runs are killed, when many run at once, when its files are cut or foreign, and when its
-directory cannot be written or disappears. Whatever happens to it, the report is complete, and a run that shows no
-problem has its records in the index.
+"""The measure database when many runs use it at once, when its lock is left behind, when a waiting run is interrupted and
+when runs are killed, when its files are cut or foreign, and when its directory cannot be written or disappears. Whatever
+happens to it, the report is complete, and a run that shows no problem has its records in the index.
 
     database_faults.py PROGRAM [--kills=NUMBER]"""
 
@@ -9,6 +9,7 @@ import os
 import pathlib
 import random
 import shutil
+import signal
 import struct
 import subprocess
 import sys
@@ -16,17 +17,17 @@ import tempfile
 import time
 from concurrent.futures import ThreadPoolExecutor
 
-PROGRAM = os.path.realpath(sys.argv[1])
+from measures import RECORD, VALUES, broken_history, entries_of, record_at
+
 KILLS = next((int(option.partition("=")[2]) for option in sys.argv[2:] if option.startswith("--kills=")), 50)
-VALUES = 20
-RECORD = 8 + VALUES * 8  # time, key, and each value with its running total
 HEAD = "Norvik - Test Process Monitor: "
 IN_USE = "File is currently in use.\n  Please break\n      or wait until previous task has finished\n      or remove file: "
+STILL_IN_USE = "File is still in use.\n  Please wait until previous task has finished\n      or remove file: "
 MESSAGES = ("Unable to create TPM file", "Unable to create DataBase file", "Unable to write in DataBase file",
             "Unable write in DataBase file", "Unable to open DataBase file", "Reposition in DataBase file fail",
             "Unable to read DataBase file", "Unable to update DataBase file", "Unable to open index file",
             "Unable to read index file", "Unable to update Index File", "Cannot open file :", "Reason is : ",
-            "VELDA_TPM_ROOT directory does not exist: ", "Error unlocking transaction", "File is now available")
+            "VELDA_TPM_ROOT directory does not exist: ", "Error unlocking transaction", "File is now available", "User break.")
 
 problems = []
 
@@ -51,34 +52,42 @@ class Database:
     def start(self, words, report, **more):
         environment = {"NORVIKDIR": str(self.work / "norvik"), "LC_ALL": "C.UTF-8", "TZ": "UTC",
                        "VELDA_TPM_ROOT": self.base, "VELDA_TPM_USER": "anna"}
-        return subprocess.Popen([PROGRAM, *words.split(), f"-OUTPUT={report}"], cwd=self.work, env=environment,
-                                stderr=subprocess.PIPE, text=True, **more)
+        return subprocess.Popen([self.work / "veldacov", *words.split(), f"-OUTPUT={report}"], cwd=self.work, env=environment,
+                                text=True, **{"stderr": subprocess.PIPE} | more)
 
     def run(self, hits, files="nine", **more):
         """A run to its end; gives its messages."""
         report = f"report.{self.root.name}"
-        process = self.start(f"{files}.fdc {files}{hits}.tio", report, **more)
+        return self.ended(self.start(f"{files}.fdc {files}{hits}.tio", report, **more), report, f"{files}{hits}")
+
+    def ended(self, process, report, kind, said=""):
+        """Waits for the end of a run, of which something was read already; gives all its messages."""
         try:
-            err = process.communicate(timeout=60)[1]
+            err = said + process.communicate(timeout=60)[1]
         except subprocess.TimeoutExpired:
             process.kill()
-            err = process.communicate()[1]
-        self.ended(process, report, err, f"{files}{hits}")
-        return err
-
-    def ended(self, process, report, err, kind):
+            err = said + process.communicate()[1]
         check(process.returncode == 0, f"{self.root.name}: status {process.returncode}, {err!r}")
         check(without_date(self.work / report) == without_date(self.work / f"good.{kind}"), f"{self.root.name}: another report")
         unknown = [line for line in err.replace(IN_USE, "").splitlines() if line and line.startswith(HEAD) and
                    not line.removeprefix(HEAD).startswith(MESSAGES + (self.base,))]
         check(not unknown, f"{self.root.name}: {unknown}")
+        return err
+
+    def start_waiting(self, report):
+        """A run that finds the lock of another, when it has said so."""
+        process = self.start("one.fdc one1.tio", report)
+        first = "".join(process.stderr.readline() for _ in range(4))
+        check(first == f"{HEAD}{IN_USE}{self.lock}\n", f"{self.root.name}: a lock is left, and the next run says {first!r}")
+        time.sleep(0.2)
+        check(process.poll() is None, f"{self.root.name}: the run does not wait")
+        return process, first
 
     def entries(self):
-        data = self.index.read_bytes() if self.index.is_file() else b""
-        return [struct.unpack_from("<II", data, place) for place in range(0, len(data) - 7, 8)]
+        return entries_of(self.index.read_bytes() if self.index.is_file() else b"")
 
     def record(self, offset):
-        return struct.unpack_from(f"<{RECORD // 4}I", self.records.read_bytes(), offset)
+        return record_at(self.records.read_bytes(), offset)
 
     def check_index(self, when, keys=()):
         """Every entry names a whole record of its key, and all the keys have one."""
@@ -90,17 +99,10 @@ class Database:
         check({key for key, _ in entries} >= set(keys), f"{when}: a key has no entry")
 
     def check_history(self, when, count):
-        """Totals follow from the records before, nothing is lost, and the index names the latest of each key."""
         data = self.records.read_bytes()
         check(len(data) == count * RECORD, f"{when}: {len(data)} bytes of {count} records")
-        values, totals, latest = {}, [0] * VALUES, {}
-        for offset in range(0, len(data) - RECORD + 1, RECORD):
-            words = self.record(offset)
-            for i, (new, old) in enumerate(zip(words[2::2], values.get(words[1], [0] * VALUES))):
-                totals[i] += new - old
-            values[words[1]], latest[words[1]] = words[2::2], offset
-            check(list(words[3::2]) == totals, f"{when}: the totals at {offset}")
-        check(dict(self.entries()) == latest, f"{when}: the index does not name the latest records")
+        broken = broken_history(data, self.index.read_bytes())
+        check(not broken, f"{when}: {broken}")
 
 
 def without_date(report):
@@ -114,15 +116,31 @@ def at_once(work):
         for _ in range(runs):
             started = [(number, database.start(f"nine.fdc nine{number % 5}.tio", f"report.{number}")) for number in range(processes)]
             for number, process in started:
-                try:
-                    err = process.communicate(timeout=60)[1]
-                except subprocess.TimeoutExpired:
-                    process.kill()
-                    err = process.communicate()[1]
-                database.ended(process, f"report.{number}", err, f"nine{number % 5}")
+                err = database.ended(process, f"report.{number}", f"nine{number % 5}")
                 check(err.count("currently in use") == err.count("now available"), f"{processes} at once: {err!r}")
         database.check_history(f"{processes} at once", 9 * processes * runs)
         check(not database.lock.exists(), f"{processes} at once: the lock is left")
+
+
+def left_lock(work):
+    """Nothing is written while the lock stands. When it goes, the run goes on; when the run is interrupted, it gives up
+    the database, and leaves the lock to its owner."""
+    for event in ("removed", "interrupted"):
+        database = Database(work, event)
+        database.run(2, "one")
+        database.lock.touch()
+        process, first = database.start_waiting("report.waiting")
+        database.check_history(f"{event}, waiting", 1)
+        if event == "removed":
+            database.lock.unlink()
+            last = f"{HEAD}File is now available\n"
+        else:
+            process.send_signal(signal.SIGINT)
+            last = f"{HEAD}User break.\n  {STILL_IN_USE}{database.lock}\n"
+        err = database.ended(process, "report.waiting", "one1", first)
+        check(err == first + last, f"{event}: {err!r}")
+        check(database.lock.exists() == (event == "interrupted"), f"{event}: whose lock is it?")
+        database.check_history(f"{event}, at the end", 2 if event == "removed" else 1)
 
 
 def killed(work):
@@ -152,12 +170,9 @@ def killed(work):
         caught += 1
         if told < 3:  # who comes next says what he waits for, and goes on when it is away
             told += 1
-            waiting = database.start("nine.fdc nine1.tio", "report.waiting")
-            first = "".join(waiting.stderr.readline() for _ in range(4))
-            check(first == f"{HEAD}{IN_USE}{database.lock}\n", f"kill {kill}: a lock is left, and the next run says {first!r}")
-            check(waiting.poll() is None, f"kill {kill}: the next run does not wait")
+            waiting, first = database.start_waiting("report.waiting")
             database.lock.unlink()
-            database.ended(waiting, "report.waiting", waiting.communicate(timeout=60)[1], "nine1")
+            database.ended(waiting, "report.waiting", "one1", first)
         database.lock.unlink(missing_ok=True)
     check(caught > KILLS // 4, f"only {caught} of {kill + 1} kills came during an update")
     check(database.run(2, "many") == "", "a run after the kills has something to say")
@@ -195,6 +210,71 @@ def cut_files(work):
     with ThreadPoolExecutor(os.cpu_count()) as workers:
         told = sum(workers.map(one, lengths))
     print(f"{len(lengths)} pairs of cut files, {told} told of")
+
+
+def full_pipe():
+    """A pipe that takes no more: who writes to it waits."""
+    reader, writer = os.pipe()
+    os.set_blocking(writer, False)
+    try:
+        while os.write(writer, bytes(65536)):
+            pass
+    except BlockingIOError:
+        os.set_blocking(writer, True)
+    return reader, writer
+
+
+def seconds_used(process):
+    fields = pathlib.Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def handles_interrupts(process):
+    caught = next(line for line in pathlib.Path(f"/proc/{process.pid}/status").read_text().splitlines() if line.startswith("SigCgt"))
+    return int(caught.split()[1], 16) >> (signal.SIGINT - 1) & 1
+
+
+def waiting(work):
+    """Who waits has written his report, rests meanwhile, goes on soon, and knows an interrupt from his message on."""
+    database = Database(work, "waiting")
+    database.lock.touch()
+    reader, writer = full_pipe()
+    process = database.start("three.fdc three1.tio", "report.waiting", stderr=writer)
+    os.close(writer)
+    latest = time.monotonic() + 20
+    while not handles_interrupts(process) and time.monotonic() < latest:
+        time.sleep(0.01)
+    check(handles_interrupts(process), "interrupts are not handled before the message")
+    written, whole = (without_date(work / name) for name in ("report.waiting", "good.three1"))
+    check(written == whole[:-1], "the report is not written before the wait")  # but for the line that ends it
+    if problems:
+        process.kill()
+    process.send_signal(signal.SIGINT)
+    err = b""
+    while b"User break" not in err and (more := os.read(reader, 65536)):
+        err += more.lstrip(b"\0")
+    database.lock.unlink()
+    while more := os.read(reader, 65536):
+        err += more
+    process.wait()
+    os.close(reader)
+    check(err.decode().startswith(f"{HEAD}{IN_USE}{database.lock}\n{HEAD}User break.\n"), f"an interrupt at once: {err!r}")
+    check(len(database.entries()) == 2, "an interrupt gives up one record")
+
+    delays = []
+    for _ in range(5):
+        database.lock.touch()
+        process, first = database.start_waiting("report.waiting")
+        before = seconds_used(process)
+        time.sleep(0.5)
+        used = seconds_used(process) - before
+        check(used < 0.05, f"waiting 0.5 s takes {used} s of the processor")
+        database.lock.unlink()
+        released = time.monotonic()
+        first += process.stderr.readline()
+        delays.append(time.monotonic() - released)
+        database.ended(process, "report.waiting", "one1", first)
+    check(min(delays) < 0.05, f"the lock is taken {min(delays)} s after its release")
 
 
 def foreign_files(work):
@@ -236,20 +316,19 @@ def unusable_root(work):
         process = database.start("many.fdc many1.tio", "report.disappears")
         time.sleep(random.random() * duration)
         os.rename(database.root, work / f"moved_{time_of_removal}")
-        database.ended(process, "report.disappears", process.communicate(timeout=60)[1], "many1")
+        database.ended(process, "report.disappears", "many1")
     database = Database(work, "disappears")
     database.lock.touch()
-    process = database.start("nine.fdc nine1.tio", "report.disappears")
-    first = "".join(process.stderr.readline() for _ in range(4))
+    process, first = database.start_waiting("report.disappears")
     os.rename(database.root, work / "moved_while_waiting")  # at once: the lock does not go before the directory
-    rest = process.communicate(timeout=60)[1]
-    database.ended(process, "report.disappears", first + rest, "nine1")
-    check("Reason is : No such file or directory" in rest, f"gone while waiting: {rest!r}")
+    err = database.ended(process, "report.disappears", "one1", first)
+    check("Reason is : No such file or directory" in err, f"gone while waiting: {err!r}")
 
 
 def prepare(work):
+    shutil.copy(sys.argv[1], work / "veldacov")  # where another user may start it, too
     (work / "norvik" / "lib" / "locale").mkdir(parents=True)
-    for name, count in (("three", 3), ("nine", 9), ("many", 300)):
+    for name, count in (("one", 1), ("three", 3), ("nine", 9), ("many", 300)):
         functions = "".join(f'PR {number} proc "f{number}" 1 1\n' for number in range(4))
         (work / f"{name}.fdc").write_text("".join(
             f'VE 3.0e A\nFC "file{key}.c" "src"\nFD 0\nTC PR\n{functions}DC 1090519041 {key}\n@/RIK\n' for key in range(1, count + 1)))
@@ -258,7 +337,7 @@ def prepare(work):
             (work / f"{name}{hits}.tio").write_text('NT "test" 1\n' + "".join(
                 f"FT {f'{key:x}'[::-1]}\nDC 1\n{lines}" for key in range(1, count + 1)))
             environment = {"NORVIKDIR": str(work / "norvik"), "LC_ALL": "C.UTF-8", "TZ": "UTC"}
-            subprocess.run([PROGRAM, f"{name}.fdc", f"{name}{hits}.tio", f"-OUTPUT=good.{name}{hits}"], cwd=work,
+            subprocess.run([work / "veldacov", f"{name}.fdc", f"{name}{hits}.tio", f"-OUTPUT=good.{name}{hits}"], cwd=work,
                            env=environment, check=True)
 
 
@@ -267,7 +346,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         work = pathlib.Path(folder)
         prepare(work)
-        for part in (at_once, killed, cut_files, foreign_files, unusable_root):
+        for part in (at_once, left_lock, waiting, killed, cut_files, foreign_files, unusable_root):
             started = time.monotonic()
             part(work)
             print(f"{part.__name__}: {time.monotonic() - started:.1f} s", flush=True)

@@ -30,11 +30,17 @@ de_DE.UTF-8|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werde
 de|Norvik veldacov - WARNUNG: Datei gone.fdc kann nicht geöffnet werden
 es_ES.UTF-8|Norvik veldacov - WARNING: Cannot open file gone.fdc
 TABLE
-for family in cov common cab ulmoident; do
+for family in cov common cab view ulmoident acc; do
     for language in de fr; do
         [ -s "$work/tree/lib/locale/${family}_$language.qm" ] || fail "no translations ${family}_$language"
     done
 done
+
+# The second program finds them, too, and does without.
+said=$(LC_ALL=fr_FR.UTF-8 "$work/tree/bin/veldaview" check @gone 2>&1)
+[ "$said" = "Norvik veldaview - ERREUR FATALE : Impossible d'ouvrir le fichier de réponse gone" ] || fail "veldaview: $said"
+said=$(LC_ALL=fr_FR.UTF-8 NORVIKDIR='' "$work/tree/bin/veldaview" check @gone 2>&1)
+[ "$said" = "Norvik veldaview - FATAL ERROR: Cannot open response file gone" ] || fail "veldaview: $said"
 
 # The report's own language does not come from the locale, and data files are the same everywhere.
 cd "$work/tree/share/doc/veldacov/examples/burner" || exit 1
@@ -54,13 +60,42 @@ MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldacov
 # Every option of the usage text, and the two that are not in it, have an entry of their own.
 for option in $("$work/tree/bin/veldacov" 2>&1 | grep -oE '[-][A-Z]{2,}' | sort -u) -FLOW -VERSION; do
     grep -qE "^ +([-][A-Z]+.*, )?$option\b" "$work/manual" || fail "manual page: no entry for $option"
-    grep -q "^| [^|]*\`$option\`" "$source/README.md" || fail "README: no row for $option"
 done
 
-# Its examples run where it says so, without warnings. One of them is a response file.
-sed -n '/^# EXAMPLES/,/^# CAVEATS/p' "$source/docs/man/veldacov.1.scd" | sed 's/\\\(.\)/\1/g' |
-    awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
-for example in example?; do
+# The front end, where it is built: the same of its page, and it finds its parts and its translations in the tree.
+pages=(veldacov veldaview)
+if grep -q '^VELDACOV_FRONTEND:BOOL=ON' "$build/CMakeCache.txt"; then
+    pages+=(veldacc)
+    MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldacc.1.gz" >"$work/manual" 2>"$work/log"
+    [ -s "$work/log" ] && fail "manual page: $(cat "$work/log")"
+    for option in $("$work/tree/bin/veldacc" --help | grep -oE '[-]-[a-z-]{2,}' | sort -u); do
+        grep -qE "^ +([-]-[a-z]+, )?$option\b" "$work/manual" || fail "manual page: no entry for $option"
+        grep -q -- "$option\b" "$source/completions/veldacc" || fail "completion: no $option"
+        grep -q -- "$option\b" "$source/completions/_veldacc" || fail "completion for zsh: no $option"
+    done
+    said=$(LC_ALL=de_DE.UTF-8 NORVIKDIR='' "$work/tree/bin/veldacc" --none 2>&1)
+    [[ $said == *"Unbekannte Option --none"* ]] || fail "veldacc: $said"
+    [ -f "$work/tree/include/velda.h" ] || fail 'no velda.h'
+fi
+
+# The second one has an entry for each option that the program shows, and so do the completions; bash offers them.
+MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldaview.1.gz" >"$work/second_manual" 2>"$work/log"
+[ -s "$work/log" ] && fail "manual page of veldaview: $(cat "$work/log")"
+for command in $("$work/tree/bin/veldaview" --help | sed -n '/^Subcommands/,$s/^  \([a-z]*\) .*/\1/p'); do
+    offered=$(bash -c ". '$source/completions/veldaview'; compopt() { :; }; COMP_LINE='veldaview $command --'
+        COMP_POINT=\${#COMP_LINE}; _veldaview; echo \${COMPREPLY[*]}")
+    for option in $("$work/tree/bin/veldaview" "$command" --help | grep -oE '^  .*[-][-][a-z-]+' | grep -oE '[-][-][a-z-]+'); do
+        grep -qE "^ +([-].*, )?$option\b" "$work/second_manual" || fail "manual page of veldaview: no entry for $option"
+        [[ " $offered " == *" $option "* ]] || fail "completion in bash: no $option of $command"
+        grep -qE "[-]?$option\b" "$source/completions/_veldaview" || fail "completion in zsh: no $option"
+    done
+done
+
+# The examples of the pages run where they say so, without warnings. One of them is a response file.
+for page in "${pages[@]}"; do
+    sed -n '/^# EXAMPLES/,/^# [A-DF-Z]/p' "$source/docs/man/$page.1.scd" | sed 's/\\\(.\)/\1/g'
+done | awk '/^```/ { inside = !inside; count += inside; next } inside { print >("example" count) }'
+for example in example*; do
     if grep -q '^#' "$example"; then
         cp "$example" campaign.txt
     elif ! PATH=$work/tree/bin:$PATH bash -e "$example" >"$work/log" 2>&1 || grep -E ' - (WARNING|.*ERROR):' "$work/log"; then
@@ -69,13 +104,14 @@ for example in example?; do
 done
 [ -f campaign.txt ] || fail "manual page: no response file among the examples"
 
-# Links between installed pages lead to installed files.
+# The installed pages name only what is installed: their links, and the files that they tell of.
 cd "$work/tree/share/doc/veldacov" || exit 1
 while IFS=: read -r page link; do
-    target=$(dirname "$page")/${link%%#*}
-    [ -e "$target" ] || [[ $target =~ /(src|scripts|tests|fuzz|bench|translations|man)/ ]] || fail "$page: no $link"
+    [ -e "$(dirname "$page")/${link%%#*}" ] || fail "$page: no $link"
 done < <(grep -rhoE --include='*.md' -H '\]\([^)#:]+' . | sed 's/](//')
-for file in "$source"/completions/{veldacov,_veldacov}; do
+grep -rnE --include='*.md' '(^|[^a-z/])(scripts|tests|fuzz|bench|build|translations)/[a-z]' . >"$work/log" &&
+    fail "names what is not installed: $(cat "$work/log")"
+for file in "${pages[@]/#/$source/completions/}" "${pages[@]/#/$source/completions/_}"; do
     find "$work/tree/share" -name "$(basename "$file")" -type f | grep -q . || fail "no $file"
 done
 

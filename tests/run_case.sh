@@ -4,7 +4,7 @@
 #   run_case.sh PROGRAM CASE             compares; prints a diff and fails where they differ
 #   run_case.sh PROGRAM CASE --refresh   takes what the program left as expected: review it before you keep it
 #
-# A case is a folder: `command` (a script that calls "$veldacov"; run in a fresh copy of `input/`) and `expected/` with
+# A case is a folder: `command` (a script that calls "$veldacov" or "$veldaview"; run in a fresh copy of `input/`) and `expected/` with
 # stdout, stderr, status and every file that the command creates or changes. Where a case has no `input/`, the example of
 # the repository is its input.
 set -u
@@ -21,7 +21,7 @@ cp -r "$input/." "$work/run"
 chmod -R u+w "$work/run"
 cp -r "$work/run" "$work/before"
 
-export veldacov=$program NORVIKDIR=$work/norvik LC_ALL=C.UTF-8 TZ=UTC
+export veldacov=$program veldaview=${program%/*}/veldaview NORVIKDIR=$work/norvik LC_ALL=C.UTF-8 TZ=UTC
 unset VELDACOV_LAN VELDA_TPM_ROOT VELDA_TPM_USER
 (cd "$work/run" && bash "$case_dir/command" >"$work/left/stdout" 2>"$work/left/stderr" </dev/null)
 echo $? >"$work/left/status"

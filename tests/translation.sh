@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Translated messages: a small translation file of each family is compiled, installed below an installation directory and
-# found by the name of the locale. Where two families have a text, the family that is loaded last wins.
+# Where translated messages come from: small translation files are compiled, installed below an installation directory and
+# found by the name of the locale. Where two families have a text, the family that is loaded last wins. (What the program's
+# own translations say is for install_tree.sh and scripts/translations.)
 #
 #   translation.sh PROGRAM
 set -u
@@ -11,39 +12,17 @@ cd "$work" || exit 1
 locale=$work/norvik/lib/locale
 mkdir -p "$locale"
 export NORVIKDIR=$work/norvik
-unset VELDACOV_LAN VELDA_TPM_ROOT VELDA_TPM_USER LC_ALL LANG LANGUAGE
-for category in $(env | sed -n 's/^\(LC_[A-Z]*\)=.*/\1/p'); do
-    unset "$category"
-done
+unset VELDACOV_LAN VELDA_TPM_ROOT VELDA_TPM_USER LANGUAGE "${!LC_@}"
+lrelease=$(PATH=$PATH:/usr/lib/qt6/bin command -v lrelease lrelease6 lrelease-qt6 | head -n 1)
+[ -n "$lrelease" ] || { echo "no lrelease: install the translation tools of the toolkit (qt6-l10n-tools)" >&2 && exit 1; }
 failures=0
 
-find_lrelease() {
-    local candidate
-    for candidate in "$(qtpaths6 --query QT_HOST_BINS 2>/dev/null)/lrelease" /usr/lib/qt6/bin/lrelease \
-        "$(command -v lrelease6)" "$(command -v lrelease-qt6)" "$(command -v lrelease)"; do
-        [ -x "$candidate" ] && echo "$candidate" && return
-    done
-    echo "no lrelease: install the translation tools of the toolkit (qt6-l10n-tools)" >&2
-    return 1
-}
-lrelease=$(find_lrelease) || exit 1
-
-escaped() {
-    sed -e 's/&/\&amp;/g' -e 's/</\&lt;/g' -e 's/>/\&gt;/g' <<<"$1"
-}
-
-# One text of a translation file. With a comment, the text stands there again with another one: only the right comment
-# finds the translation. The here-strings end texts with a line end, which is taken off again.
+# One text of a translation file, as it stands in XML. With a comment, the text stands there again with another one: only
+# the right comment finds the translation.
 message() { # CONTEXT SOURCE COMMENT TRANSLATION
-    local source translation
-    source=$(escaped "$2" && echo .)
-    translation=$(escaped "$4" && echo .)
-    printf '<context><name>%s</name><message><source>%s</source>' "$1" "${source%$'\n.'}"
-    [ -z "$3" ] || printf '<comment>%s</comment>' "$(escaped "$3")"
-    printf '<translation>%s</translation></message></context>\n' "${translation%$'\n.'}"
-    if [ -n "$3" ] && [ "$3" != 'for something else' ]; then
-        message "$1" "$2" 'for something else' 'WRONG COMMENT'
-    fi
+    printf '<context><name>%s</name><message><source>%s</source>%s<translation>%s</translation></message></context>\n' \
+        "$1" "$2" "${3:+<comment>$3</comment>}" "$4"
+    [ -z "$3" ] || [ "$3" = 'for something else' ] || message "$1" "$2" 'for something else' 'WRONG COMMENT'
 }
 
 install() { # FILE; reads its messages
@@ -55,20 +34,13 @@ install() { # FILE; reads its messages
     "$lrelease" -silent "$1.ts" -qm "$locale/$1.qm" || exit 1
 }
 
-expect() { # WHAT TEXT; what the last run wrote to standard error
+expect() { # WHAT TEXT [NAME=VALUE WORD...]; what the run, or the last one, writes to standard error
+    [ $# -eq 2 ] || env "$3" "$program" "${@:4}" >report 2>messages
     diff <(printf '%s' "$2") messages >difference || {
         echo "$1: $(cat difference)" >&2
         failures=$((failures + 1))
     }
 }
-
-run() { # NAME=VALUE WORD...
-    env "$1" "$program" "${@:2}" >report 2>messages
-}
-
-run LANG=C
-usage=$(sed -n '/^Usage/,/^$/p' messages)
-usage=$'\n'$usage$'\n'
 
 prefix_comment='%1: product name
 %2: executable name
@@ -78,8 +50,6 @@ prefix_comment='%1: product name
     message fdcL-Error 'Cannot retrieve correctly %1 %2' '%1 is a message, %2 a file name' '%2 : %1 illisible'
     message fdcL-Error 'src-file name in FDC file' '' 'nom du source'
     message 'Fatal Error' 'There is nothing to report ... report is empty' '' 'rien à dire'
-    message 'Cio message' 'Calls' '' 'Appels'
-    message 'Merged test' 'Merged test' 'The test name to display for a set of merged tests' 'Tests réunis'
     message ULMOIdent Norvik '' 'WRONG FAMILY'
 } | install cov_fr_FR
 {
@@ -88,13 +58,7 @@ $prefix_comment" $'%2 (%1), attention : %3\n'
     message 'Display Message' $'%1 %2 - FATAL ERROR: %3\n' "Used for fatal error message
 $prefix_comment to display" $'%2 (%1), fin : %3\n'
 } | install common_fr
-{
-    message CAB 'Orbis(R)' '' 'Orbis®'
-    message CAB 'Command analysis' '' 'analyse'
-    message CAB 'Argument missing,' '' 'il manque'
-    message Command-line file '' fichier
-    message Command-line "$usage" '' $'\nEmploi : veldacov <fichier>\n\t[-PROC]\n\t[-XTRACE]\n\t[-CALL]\n'
-} | install cab_fr
+message CAB 'Unknown option,' '' 'Inconnu :' | install cab_fr
 {
     message ULMOIdent Norvik '' 'Norvique'
     message ULMOIdent 'Corvane Orbis Norvik Suite' '' 'Suite Norvique'
@@ -102,66 +66,37 @@ $prefix_comment to display" $'%2 (%1), fin : %3\n'
     message Version ms-dos 'Operating system name' 'DOS'
 } | install ulmoident_fr
 
-cat >a.fdc <<'FDC'
-VE 3.0e A
-FC "a.c" "src"
-FD 0
-TC PR AP
-PR 0 proc "a" 1 1
-AP 0 "a" "b" 1 1
-DC 1090519041 5
-FDC
-printf 'NT "a" 1\nFT 5\nDC 1\nTA 0\n' >a.tio
 printf 'VE 3.0e A\nFC "a\n' >bad.fdc
-
-for setting in LANG=fr_FR.UTF-8 LC_ALL=fr_FR.UTF-8 LC_ALL=fr_FR; do
-    run $setting gone.fdc
-    expect "$setting: a warning" "veldacov (Norvique), attention : Impossible d'ouvrir « gone.fdc »
-veldacov (Norvique), fin : rien à dire
+nothing="veldacov (Norvique), fin : rien à dire
 "
-    run $setting bad.fdc
+for setting in LANG=fr_FR.UTF-8 LC_ALL=fr_FR; do
+    expect "$setting: a warning" "veldacov (Norvique), attention : Impossible d'ouvrir « gone.fdc »
+$nothing" $setting gone.fdc
     expect "$setting: the order of placeholders" 'veldacov (Norvique), fin : ./bad.fdc : nom du source illisible
-'
-    run $setting
-    expect "$setting: the usage, without the line of the -XT option" $'Orbis® Norvique analyse : il manque fichier
-Emploi : veldacov <fichier>\n\t[-PROC]\n\t[-CALL]\n
-veldacov (Norvique), fin : Errors in command line
-'
-    run $setting -V
-    mv report messages
+' $setting bad.fdc
+    env $setting "$program" -V >messages
     expect "$setting: the banner" ' Suite Norvique de couverture 7.0.0.1.031.001 
  Build Number: 031.001 
    Date : 2007-01-31 18:16:00 
     OS : DOS 
 '
-    run $setting a.fdc a.tio -CIO=a.cio -CLEAN=clean.tio -MERGETESTS
-    expect "$setting: no message" ''
-    { sed '/^#/d' a.cio && head -n 1 clean.tio; } >messages
-    expect "$setting: summary file and merged test" $'T1\n File a.c\n    a\n       Appels\t100.0% (1/1), +100.0 (+1)
-G\n File a.c\n    a\n       Hit\tno\n       Appels\t100.0% (1/1)\nNT "Tests réunis"\n'
 done
+env LANG=fr_FR.UTF-8 "$program" -ZZ 2>&1 | head -n 1 >messages
+expect "the command line" $'Orbis(R) Norvique Command analysis : Inconnu : ZZ\n'
 
-run LC_ALL=fr_CA.UTF-8 gone.fdc
 expect "another country has the texts of the language" 'veldacov (Norvique), attention : Cannot open file gone.fdc
 veldacov (Norvique), fin : There is nothing to report ... report is empty
-'
+' LC_ALL=fr_CA.UTF-8 gone.fdc
 
 source_texts='Norvik veldacov - WARNING: Cannot open file gone.fdc
 Norvik veldacov - FATAL ERROR: There is nothing to report ... report is empty
 '
-for setting in LANG=de_DE.UTF-8 LC_ALL=C LANG=en_GB.UTF-8 LANG=; do
-    run "$setting" gone.fdc
-    expect "$setting: the source texts" "$source_texts"
-done
-export LANG=fr_FR.UTF-8
-run LC_ALL=C gone.fdc
-expect "LC_ALL wins over LANG" "$source_texts"
-
+expect "other languages have the source texts" "$source_texts" LANG=de_DE.UTF-8 gone.fdc
+LANG=fr_FR.UTF-8 expect "LC_ALL wins over LANG" "$source_texts" LC_ALL=C gone.fdc
 for file in "$locale"/*; do
     echo 'no translation' >"$file"
 done
-run LC_ALL=fr_FR.UTF-8 gone.fdc
-expect "broken translation files" "$source_texts"
+expect "broken translation files" "$source_texts" LC_ALL=fr_FR.UTF-8 gone.fdc
 
 echo "$failures failures"
 [ "$failures" -eq 0 ]

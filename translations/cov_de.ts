@@ -316,6 +316,11 @@
         <source>Cannot write to file %1</source>
         <translation>In Datei %1 kann nicht geschrieben werden</translation>
     </message>
+    <message>
+        <source>Cannot read file %1</source>
+        <comment>%1 is a file name</comment>
+        <translation>Datei %1 kann nicht gelesen werden</translation>
+    </message>
 </context>
 <context>
     <name>Internal Error</name>

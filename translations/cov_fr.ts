@@ -316,6 +316,11 @@
         <source>Cannot write to file %1</source>
         <translation>Impossible d&apos;écrire dans le fichier %1</translation>
     </message>
+    <message>
+        <source>Cannot read file %1</source>
+        <comment>%1 is a file name</comment>
+        <translation>Impossible de lire le fichier %1</translation>
+    </message>
 </context>
 <context>
     <name>Internal Error</name>

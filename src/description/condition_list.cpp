@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <unordered_map>
 #include <utility>
 
 namespace veldacov {
@@ -20,7 +19,7 @@ void knowConditions(Service& service, std::size_t from) {
         if (std::adjacent_find(first, conditions.end(), doesNotAscend) == conditions.end()) {
             return;
         }
-        service.conditionPlaces = std::make_unique<std::unordered_map<std::uint32_t, std::uint32_t>>();
+        service.conditionPlaces = std::make_unique<NumberMap<std::uint32_t, std::uint32_t>>();
         from = 0;
     }
     for (std::size_t place = from; place < conditions.size(); ++place) {

@@ -17,6 +17,7 @@
 #include "description/tokens.h"
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -556,10 +557,11 @@ void readHeader(FdcReader& reader) {
 }
 
 void checkSourceTime(const FileDescription& section, const std::string& sourcePath) {
-    const std::int64_t onDisk = section.sourceTime != 0 ? fileModificationTime(sourcePath) : 0;
-    if (onDisk == 0) {
+    const std::int64_t known = section.sourceTime != 0 ? fileModificationTime(sourcePath) : 0;
+    if (known == 0) {
         return;
     }
+    const auto onDisk = static_cast<std::int32_t>(known); // wraps in 2038, as the numbers of descriptions do
     if (onDisk > section.sourceTime) {
         warningMessage(filled(
             translate("fdcL-Warning", "Source file touched after instrumentation: %1", "%1 is a file name"),
@@ -593,6 +595,7 @@ void checkSection(const FileDescription* section, std::uint16_t requestedTypes) 
         internalError(translate("fdcL-Assertion", "Bad attempt to validate FDC file"));
     }
     const std::string sourcePath = joinPath(section->sourceDirectory->text, section->sourceName->text);
+    protectFile(sourcePath);
     checkSourceTime(*section, sourcePath);
     checkTypes(*section, requestedTypes, sourcePath);
 }
@@ -751,7 +754,7 @@ void loadFdcFile(const std::string* fileName, std::uint16_t requestedTypes, Trac
     }
     FdcReader reader;
     reader.fileName = *fileName;
-    reader.input = openInput(*fileName);
+    reader.input = openGivenFile(*fileName);
     if (!reader.input.isOpen()) {
         warningMessage(
             filled(translate("fdcL-Warning", "Cannot open file %1", "%1 is a file name"), {*fileName}));
@@ -761,6 +764,7 @@ void loadFdcFile(const std::string* fileName, std::uint16_t requestedTypes, Trac
         return;
     }
     if (next(reader) != "VE") {
+        keepGivenFile(std::move(reader.input));
         traceFiles.push_back(*fileName);
         return;
     }

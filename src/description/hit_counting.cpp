@@ -1,5 +1,6 @@
 #include "description/hit_counting.h"
 
+#include <bit>
 #include <cassert>
 #include <memory>
 #include <optional>
@@ -21,7 +22,7 @@ struct CountedSeen {
 // What the current test has touched, so that giving it back costs what the test hit; and first hits ever.
 struct HitState {
     std::vector<Service*> servicesHit;
-    std::vector<HitRecord*> recordsHit;   // with test hits to reset
+    std::vector<TestHit> hitsOfTest;
     std::vector<std::uint8_t*> plainSeen; // bits of items with plain hits
     std::vector<CountedSeen> countedSeen;
     std::vector<FirstHit> firstHitsOfConditions; // of services with compositions
@@ -166,9 +167,18 @@ void countHit(Service& service, HitRecord& record, std::uint16_t coverageType, s
         record.testHits = count;
         record.globalHits = count;
     }
-    if (firstInTest && record.testHits != 0) {
-        state.recordsHit.push_back(&record);
+    if ((record.flags & hitInTest) == 0) {
+        record.flags |= hitInTest;
+        TestHit& hit = state.hitsOfTest.emplace_back();
+        hit.record = &record;
+        hit.service = service.place;
+        hit.file = service.file & 0xFFFFFFFU;
+        hit.typeBit = static_cast<std::uint32_t>(std::countr_zero(coverageType)) & 0xFU;
     }
+}
+
+const std::vector<TestHit>& hitsOfTest() {
+    return state.hitsOfTest;
 }
 
 const std::vector<Service*>& servicesHitInTest() {
@@ -186,15 +196,16 @@ ProvenConditions& provenConditions() {
 void resetTestCounts() {
     settleCounts();
     forgetPlainHits();
-    for (HitRecord* record : state.recordsHit) {
-        record->testHits = 0;
+    for (const TestHit& hit : state.hitsOfTest) {
+        hit.record->testHits = 0;
+        hit.record->flags &= static_cast<std::uint8_t>(~hitInTest);
     }
     for (Service* service : state.servicesHit) {
         service->testCovered = {};
         service->touchedInTest = false;
     }
     state.proven.countedInTest = 0;
-    state.recordsHit.clear();
+    state.hitsOfTest.clear();
     state.servicesHit.clear();
 }
 

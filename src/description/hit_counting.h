@@ -67,6 +67,24 @@ constexpr std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
 
 // The services that were hit in the current test, each once, in the order of their first hits.
 const std::vector<Service*>& servicesHitInTest();
+
+// What was hit in the current test, each record once, in the order of the first hits. A run over all tests without
+// resetTestCounts keeps one for each record hit: 16 bytes.
+struct TestHit {
+    HitRecord* record = nullptr;
+    std::uint32_t service = 0;     // its place in the file
+    std::uint32_t file : 28 = 0;   // place in loadedDescriptions
+    std::uint32_t typeBit : 4 = 0; // which bit of a coverage-type mask its type is
+};
+static_assert(sizeof(TestHit) == 16);
+const std::vector<TestHit>& hitsOfTest();
+inline std::uint16_t typeOf(const TestHit& hit) {
+    return static_cast<std::uint16_t>(1U << hit.typeBit);
+}
+inline Service& serviceOf(const TestHit& hit) {
+    return loadedDescriptions()[hit.file]->services[hit.service];
+}
+
 // The conditions and cases that have been hit for the first time ever since the last call, of services with
 // compositions, in the order of their hits. Nothing else can complete a pair.
 struct FirstHit {

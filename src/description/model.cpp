@@ -13,8 +13,8 @@ namespace {
 struct ModelState {
     Arena records; // what follows lies in it, or looks into it
     DescriptionList descriptions;
-    std::unordered_set<std::uint32_t> keys;
-    std::unordered_map<std::uint64_t, FileDescription*> byKeyAndChecksum; // the first of each
+    std::unordered_set<std::uint32_t, NumberHash> keys;
+    NumberMap<std::uint64_t, FileDescription*> byKeyAndChecksum; // the first of each
 };
 
 std::unique_ptr<ModelState>& modelOwner() {
@@ -59,6 +59,12 @@ void addDescription(std::unique_ptr<FileDescription> description) {
     added->place = static_cast<std::uint32_t>(model().descriptions.size());
     added->keySeenBefore = !model().keys.insert(added->fileKey).second;
     model().byKeyAndChecksum.try_emplace(keyWithChecksum(added->fileKey, added->checksum), added);
+    for (Service& service : added->services) {
+        service.file = added->place;
+    }
+    for (Service& service : added->services) {
+        service.file = added->place;
+    }
     model().descriptions.push_back(std::move(description));
 }
 

@@ -26,11 +26,11 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "description/name_pool.h"
 #include "support/arena.h"
+#include "support/hash.h"
 
 namespace veldacov {
 
@@ -105,6 +105,7 @@ constexpr std::uint32_t mostHits = 2147483647;
 // Flags of a hit record.
 constexpr std::uint8_t hitFlag = 0x01; // hit; the CIO writer takes it back when it has counted the hit
 constexpr std::uint8_t countedInPeriod = 0x02; // owned by the CIO writer
+constexpr std::uint8_t hitInTest = 0x04;       // hit in the current test, be it with a count of 0
 constexpr std::uint8_t everHit = 0x10;         // hit in some test
 
 // What is counted for an item or a modified condition.
@@ -196,6 +197,7 @@ struct Composition {
 struct alignas(64) Service {
     const NameEntry* name = nullptr;
     std::uint32_t place = 0; // in the services of its file
+    std::uint32_t file = 0;  // place of that in loadedDescriptions
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
     CoverageCounters counts{};
@@ -215,18 +217,18 @@ struct alignas(64) Service {
     std::vector<ConditionEntry> grownConditions;
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
-    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> conditionPlaces;
+    std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> conditionPlaces;
 };
 
-static_assert(sizeof(void*) + 3 * sizeof(std::uint32_t) + sizeof(CoverageCounters) <= alignof(Service),
+static_assert(sizeof(void*) + 4 * sizeof(std::uint32_t) + sizeof(CoverageCounters) <= alignof(Service),
               "the first cache line");
 
 // Items of one kind by identifier: see item_index.h.
 struct ItemIndex {
     std::pmr::vector<CoverageItem*> dense{&recordMemory()}; // null where there is no such item
     struct RareItems {
-        std::unordered_map<std::uint32_t, CoverageItem*> sparse;
-        std::unordered_map<std::uint32_t, std::vector<CoverageItem*>> repeated;
+        NumberMap<std::uint32_t, CoverageItem*> sparse;
+        NumberMap<std::uint32_t, std::vector<CoverageItem*>> repeated;
     };
     std::unique_ptr<RareItems> rare; // none when all identifiers are dense and different
 };
@@ -235,13 +237,6 @@ struct ItemIndex {
 struct SeenHits {
     std::span<std::uint8_t> plain;    // by dense identifier: bits of namespace seen
     std::span<std::uint32_t> counted; // 0, or 1 + the counts since the test's first hit, yet to be added
-};
-
-// Hits kept for the cleaned trace, for one hit keyword; owned by it. They go with each write.
-struct BranchHitTable {
-    std::vector<std::uint32_t> idsKept; // of a described file: each item once
-    // Of a placeholder, by identifier; none while it has no hit.
-    std::unique_ptr<std::unordered_map<std::uint32_t, std::uint32_t>> counts;
 };
 
 struct FileDescription {
@@ -263,8 +258,6 @@ struct FileDescription {
     bool placeholder = false;       // made for a traced file that nothing describes
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum
-    std::array<BranchHitTable, 4> branchHitTables;       // by kind
-    bool keepsHits = false;                              // owned by the cleaned trace: a table has had a hit
     std::pmr::vector<Service> services{&recordMemory()}; // in order of first mention
     // Of all services; those of a service stand together.
     std::pmr::vector<ExitEntry> exits{&recordMemory()};

@@ -2,36 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <memory>
 #include <memory_resource>
 #include <new>
 #include <utility>
 
 #include "support/arena.h"
+#include "support/hash.h"
 
 namespace veldacov {
 
 namespace {
-
-// The first eight bytes at most.
-std::uint64_t firstWord(std::string_view text) {
-    std::uint64_t value = 0;
-    std::memcpy(&value, text.data(), std::min(text.size(), sizeof value));
-    return value;
-}
-
-// Mixes eight bytes at a time: names are short, and look-ups many.
-std::size_t hashOf(std::string_view text) {
-    constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15;
-    std::uint64_t hash = text.size();
-    for (; text.size() > sizeof(std::uint64_t); text.remove_prefix(sizeof(std::uint64_t))) {
-        hash = (hash ^ firstWord(text)) * multiplier;
-        hash ^= hash >> 32U;
-    }
-    hash = (hash ^ firstWord(text)) * multiplier;
-    return hash ^ hash >> 32U;
-}
 
 // The names of one bucket by their hashes: an open table whose size is a power of two, at most half full. A
 // description of many services looks up or adds a name for every line; here this costs one access to cold memory.
@@ -113,7 +94,7 @@ NameEntry* internName(std::string_view text) {
     if (2 * bucket.used >= bucket.slots.size()) {
         grow(bucket, pool.memory);
     }
-    const std::size_t hash = hashOf(text);
+    const std::size_t hash = seededHash(text);
     Bucket::Slot& slot = slotOf(bucket.slots, hash, text);
     if (slot.name == nullptr) {
         slot = {hash, makeEntry(pool.memory, text)};

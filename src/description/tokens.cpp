@@ -106,6 +106,17 @@ std::string_view withoutQuotes(std::string_view quoted) {
 
 } // namespace
 
+std::string quotedText(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char character : text) {
+        if (character == '\\' || character == '"') {
+            quoted += '\\';
+        }
+        quoted += character;
+    }
+    return quoted += '"';
+}
+
 bool skipQuotedString(Line& line, std::string_view text) {
     const std::string_view rest(line.cursor, static_cast<std::size_t>(line.end - line.cursor));
     const std::size_t closing = text.size() + 1;

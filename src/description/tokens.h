@@ -52,8 +52,8 @@ inline std::optional<std::string_view> nextToken(Line& line) {
 inline std::uint32_t nextDecimal(Line& line, std::string_view fileName) {
     const char* at = line.cursor;
     std::uint32_t value = 0;
-    for (; at != line.end && *at >= '0' && *at <= '9'; ++at) {
-        value = value * 10 + static_cast<std::uint32_t>(*at - '0'); // wraps at 2^32 on purpose
+    for (; at != line.end && decimalDigit(*at) >= 0; ++at) {
+        value = value * 10 + static_cast<std::uint32_t>(decimalDigit(*at)); // wraps at 2^32 on purpose
     }
     if (at == line.cursor || at == line.end || (*at != ' ' && *at != '\n')) {
         return readDecimalValue(nextToken(line), fileName); // everything but the usual form
@@ -67,6 +67,9 @@ inline std::uint32_t nextDecimal(Line& line, std::string_view fileName) {
 // closing quote is missing, or anything but a blank or the line end follows it.
 // `scratch` holds the result when an escape had to be resolved.
 std::optional<std::string_view> nextQuotedString(Line& line, std::string& scratch);
+
+// The inverse: a text between quotes, with a backslash before each quote and backslash.
+std::string quotedText(std::string_view text);
 
 // Passes over the next quoted string if it is this text, character by character, and more of the line follows. For
 // texts without quotes and backslashes, which stand in the line as they are.

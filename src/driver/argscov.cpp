@@ -2,18 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
+#include <vector>
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QHash>
 #include <QtGlobal>
 
 #include "description/model.h"
 #include "driver/gcmdec.h"
 #include "driver/grammar.h"
 #include "support/files.h"
+#include "support/input_names.h"
 #include "support/machine.h"
 
 namespace veldacov {
@@ -89,75 +88,6 @@ SummaryLevel requestedLevel() {
         return SummaryLevel::Conclusion;
     }
     return summary.value() == "FILE" ? SummaryLevel::File : SummaryLevel::Service;
-}
-
-// Directories of input files. A command line may name thousands of files of one directory, which is listed once.
-class Directories {
-public:
-    // The entries of a directory that match a name filter of the toolkit: several patterns may stand in it, and case
-    // does not matter.
-    QStringList matches(const QString& directory, const QString& nameFilter) {
-        if (isPlain(nameFilter)) {
-            QStringList entries = alike(directory, nameFilter);
-            if (entries.size() <= 1) {
-                return entries;
-            }
-        }
-        return QDir(directory, nameFilter).entryList();
-    }
-
-private:
-    using EntriesByName = QMultiHash<QString, QString>; // by names without case
-
-    static bool isPlain(const QString& name) {
-        return !name.isEmpty() && std::all_of(name.begin(), name.end(), [](QChar character) {
-            return character.unicode() < 128 &&
-                   (character.isLetterOrNumber() || QStringLiteral("._-+").contains(character));
-        });
-    }
-
-    // Those whose names differ from the given one at most in case.
-    QStringList alike(const QString& directory, const QString& name) {
-        QStringList found;
-        for (const QString& entry : entriesOf(directory).values(name.toCaseFolded())) {
-            if (entry.compare(name, Qt::CaseInsensitive) == 0) { // a folded letter may stand for two
-                found.push_back(entry);
-            }
-        }
-        return found;
-    }
-
-    const EntriesByName& entriesOf(const QString& directory) {
-        const auto known = listed_.constFind(directory);
-        if (known != listed_.constEnd()) {
-            return *known;
-        }
-        EntriesByName& entries = listed_[directory];
-        for (const QString& entry : QDir(directory).entryList()) {
-            entries.insert(entry.toCaseFolded(), entry);
-        }
-        return entries;
-    }
-
-    QHash<QString, EntriesByName> listed_;
-};
-
-// The files that a positional value names: those of its directory that match it, or the value itself when nothing
-// does.
-void expandInputFile(Directories& directories, const std::string& value,
-                     std::vector<std::string>& inputFiles) {
-    const QFileInfo pattern(QFile::decodeName(value.c_str()));
-    const QString directory = pattern.path();
-    const QStringList entries = directories.matches(directory, pattern.fileName());
-    if (entries.isEmpty()) {
-        inputFiles.push_back(value);
-    }
-    for (const QString& entry : entries) {
-        const QString path = directory + QDir::separator() + entry;
-        if (QFileInfo(path).isFile()) { // directories are dropped
-            inputFiles.push_back(QFile::encodeName(path).toStdString());
-        }
-    }
 }
 
 // One selection option: where its names go, and what is said about them.
@@ -288,9 +218,9 @@ bool analyseCommandLine(std::vector<std::string> words, CoverageOptions& options
     if (expandArguments(words) != 0 || decodeCommandLine(words) != 0) {
         return false;
     }
-    Directories directories;
+    InputNames names;
     for (std::size_t n = 1; const ValueNode* file = positionalValue(1, n); ++n) {
-        expandInputFile(directories, file->text, options.inputFiles);
+        names.expand(file->text, options.inputFiles);
     }
     options.coverageTypes = requestedTypes();
     options.outputFile = Given("OUTPUT").value();

@@ -11,11 +11,10 @@
 #include "outputs/TPM_Write_CommandLine.h"
 #include "outputs/flow.h"
 #include "outputs/listing.h"
-#include "report/cio.h"
-#include "report/output_files.h"
 #include "report/report.h"
 #include "support/machine.h"
 #include "support/output.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -32,30 +31,27 @@ Language reportLanguage() {
 }
 
 void writeReport(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out = options.outputFile
-                         ? createOutput(options, *options.outputFile,
-                                        translate("Fatal Error", "Cannot create output file %1"))
-                         : standardOutput();
+    OutputFile out =
+        options.outputFile
+            ? createOutput(*options.outputFile, translate("Fatal Error", "Cannot create output file %1"))
+            : outputOnStandardOutput();
     runCoverageReport(out, traceFiles, options, reportLanguage(), writeCoverageMeasures);
     out.finish();
 }
 
 void writeFlow(const TraceFileList& traceFiles, const CoverageOptions& options) {
-    OutputFile out = createOutput(options, *options.flowFile,
-                                  translate("Fatal Error", "Cannot create flow output file %1"));
+    OutputFile out =
+        createOutput(*options.flowFile, translate("Fatal Error", "Cannot create flow output file %1"));
     writePathTrace(out, traceFiles, options, reportLanguage());
     out.finish();
 }
 
-void release(CoverageOptions& options) {
+void freeLists(CoverageOptions& options) {
     for (const auto list :
          {&CoverageOptions::fileList, &CoverageOptions::exFileList, &CoverageOptions::serviceList,
           &CoverageOptions::exServiceList, &CoverageOptions::testList, &CoverageOptions::exTestList}) {
         freeNameCountList(options.*list);
     }
-    releaseDecoderMemory();
-    freeAllDescriptions();
-    freeNamePool();
 }
 
 void runSteps(const std::vector<std::string>& words) {
@@ -63,6 +59,9 @@ void runSteps(const std::vector<std::string>& words) {
     TraceFileList traceFiles;
     initNamePool();
     analyse(words, options);
+    if (options.flowFile) {
+        copyGivenPipes();
+    }
     for (const std::string& file : options.inputFiles) {
         loadFdcFile(&file, options.coverageTypes, traceFiles);
     }
@@ -73,7 +72,8 @@ void runSteps(const std::vector<std::string>& words) {
     if (options.flowFile) {
         writeFlow(traceFiles, options);
     }
-    release(options);
+    freeLists(options);
+    resetProgram();
 }
 
 } // namespace
@@ -89,7 +89,7 @@ void runProgram(const std::vector<std::string>& words) {
 }
 
 void resetProgram() {
-    forgetCio();
+    forgetRunFiles();
     releaseDecoderMemory();
     freeAllDescriptions();
     freeNamePool();

@@ -1,5 +1,7 @@
 #include "outputs/TPM_Write_CommandLine.h"
 
+#include <algorithm>
+#include <chrono>
 #include <new>
 #include <optional>
 #include <string_view>
@@ -11,6 +13,7 @@
 #include "report/auth.h"
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/output.h"
 #include "support/platform.h"
 
 namespace veldacov {
@@ -23,10 +26,21 @@ constexpr std::size_t mostValues = 9999;
 constexpr std::size_t wordSize = 4;
 constexpr std::size_t entrySize = 2 * wordSize;
 
+// A file of the database, with what a measure that fails needs to make it again what it was.
+struct ChangingFile {
+    std::string name;
+    platform::Descriptor descriptor;
+    bool created = false; // by this measure
+    bool changed = false; // and so:
+    std::uint64_t lengthBefore = 0;
+    std::uint64_t changedFrom = 0;
+    std::string bytesBefore; // those that were written over
+};
+
 // One measure on its way into its database.
 struct Measure {
-    std::string indexFile;
-    std::string databaseFile;
+    ChangingFile index;
+    ChangingFile database;
     std::string lockFile;
     std::uint32_t key = 0;
     std::uint32_t time = 0;
@@ -100,6 +114,47 @@ std::uint64_t lengthOf(const platform::Descriptor& file) {
     return platform::fileLength(file.number()).value_or(0);
 }
 
+bool openOrCreate(ChangingFile& file) {
+    const bool existed = fileExists(file.name);
+    file.descriptor = platform::createIfMissing(file.name);
+    file.created = !existed && file.descriptor.isOpen();
+    return file.descriptor.isOpen();
+}
+
+// Writes over what is at a position, or behind the end; gives how many bytes went out.
+std::size_t writeTo(ChangingFile& file, std::uint64_t position, const std::string& bytes) {
+    file.lengthBefore = lengthOf(file.descriptor);
+    file.changedFrom = position;
+    file.bytesBefore = bytesAt(file.descriptor, position,
+                               std::min<std::uint64_t>(bytes.size(), file.lengthBefore - position));
+    const std::size_t written = platform::writeAt(file.descriptor.number(), position, bytes);
+    file.changed = written > 0;
+    return written;
+}
+
+// Makes a file again what it was before the measure; false when the system does not let it.
+bool restore(ChangingFile& file) {
+    if (file.created) {
+        return platform::removeFile(file.name);
+    }
+    if (!file.changed) {
+        return true;
+    }
+    if (!file.descriptor.isOpen()) { // it was its close that failed
+        file.descriptor = platform::openForUpdate(file.name);
+    }
+    const int number = file.descriptor.number();
+    return platform::writeAt(number, file.changedFrom, file.bytesBefore) == file.bytesBefore.size() &&
+           platform::cutFile(number, file.lengthBefore);
+}
+
+// The record goes only when no entry can name it any more.
+void takeBack(Measure& measure) {
+    if (restore(measure.index)) {
+        restore(measure.database);
+    }
+}
+
 // The lock file, held from its creation to its removal.
 class DatabaseLock {
 public:
@@ -146,10 +201,7 @@ private:
     }
 
     platform::ExclusiveCreation waitForOther() {
-        showTpmError(filled(
-            translate("Error", "File is currently in use.\n  Please break\n      or wait until previous "
-                               "task has finished\n      or remove file: %1"),
-            {name_}));
+        flushOpenOutputs(); // who waits for long may be ended from outside: the report is written by then
         platform::ExclusiveCreation creation = retryUntilInterrupted();
         if (creation.file.isOpen()) {
             showTpmError(translate("Error", "File is now available"));
@@ -164,13 +216,19 @@ private:
         return creation;
     }
 
+    // The message asks for an interrupt: one that answers it at once is seen, too.
     platform::ExclusiveCreation retryUntilInterrupted() {
+        constexpr std::chrono::milliseconds pause(10); // an update takes less than one
         const platform::InterruptWatch watch;
-        platform::ExclusiveCreation creation;
-        do {
-            std::this_thread::yield();
+        showTpmError(filled(
+            translate("Error", "File is currently in use.\n  Please break\n      or wait until previous "
+                               "task has finished\n      or remove file: %1"),
+            {name_}));
+        platform::ExclusiveCreation creation = platform::createExclusively(name_);
+        while (creation.existedAlready && !platform::InterruptWatch::interrupted()) {
+            std::this_thread::sleep_for(pause);
             creation = platform::createExclusively(name_);
-        } while (creation.existedAlready && !platform::InterruptWatch::interrupted());
+        }
         return creation;
     }
 
@@ -178,50 +236,37 @@ private:
     platform::Descriptor file_;
 };
 
-// Writes a record at the end of the database; gives how much of it went out. A part of a record does not stay: the next
-// run looks for the totals in the last bytes of the file.
-std::size_t writeRecord(const platform::Descriptor& database, std::uint64_t offset,
-                        const std::string& record) {
-    const std::size_t written = platform::writeAt(database.number(), offset, record);
-    if (written < record.size()) {
-        platform::cutFile(database.number(), offset);
-    }
-    return written;
-}
-
 // Starts a database: the first record's totals are its values. A missing index file is created behind the
 // record, or a run that is killed in between would leave an index that no record can be found with.
 bool createDatabase(Measure& measure) {
     measure.totals.assign(measure.values.begin(), measure.values.end());
-    platform::Descriptor database = platform::createIfMissing(measure.databaseFile);
-    if (!database.isOpen()) {
+    if (!openOrCreate(measure.database)) {
         return problem(translate("Error", "Unable to create DataBase file"));
     }
-    const std::uint64_t offset = lengthOf(database);
+    const std::uint64_t offset = lengthOf(measure.database.descriptor);
     const std::string record = recordBytes(measure);
-    const std::size_t written = writeRecord(database, offset, record);
+    const std::size_t written = writeTo(measure.database, offset, record);
     if (written < entrySize) {
         return problem(translate("Error", "Unable to write in DataBase file"));
     }
     if (written < record.size()) {
         return problem(translate("Error", "Unable write in DataBase file"));
     }
-    platform::Descriptor index = platform::createIfMissing(measure.indexFile);
-    if (!index.isOpen()) {
+    if (!openOrCreate(measure.index)) {
         return problem(translate("Error", "Unable to create TPM file"));
     }
     const std::string entry = indexEntry(measure.key, offset);
-    const std::size_t entryWritten = platform::writeAt(index.number(), lengthOf(index), entry);
+    const std::size_t entryWritten = writeTo(measure.index, lengthOf(measure.index.descriptor), entry);
     if (entryWritten < wordSize) {
         return problem(translate("Error", "Unable to write in Index file"));
     }
     if (entryWritten < entry.size()) {
         return problem(translate("Error", "Unable to write fail in Index file"));
     }
-    if (!index.close()) {
+    if (!measure.index.descriptor.close()) {
         return problem(translate("Error", "Unable to close Index file"));
     }
-    return database.close() || problem(translate("Error", "Unable close DataBase file"));
+    return measure.database.descriptor.close() || problem(translate("Error", "Unable close DataBase file"));
 }
 
 // The key's entry; a rest of less than an entry at the end of the file is none. None, after showing why, when
@@ -258,7 +303,7 @@ std::optional<std::string> lastRecord(const platform::Descriptor& database, std:
 
 // The totals with the measure's values in place of those of the key's latest record, if it has one.
 bool computeTotals(Measure& measure, std::optional<std::uint32_t> recordOffset) {
-    platform::Descriptor database = platform::openForUpdate(measure.databaseFile);
+    platform::Descriptor database = platform::openForUpdate(measure.database.name);
     if (!database.isOpen()) {
         return problem(translate("Error", "Unable to open DataBase file"));
     }
@@ -281,19 +326,18 @@ bool computeTotals(Measure& measure, std::optional<std::uint32_t> recordOffset) 
 }
 
 // Appends the record; gives its offset. None after showing why.
-std::optional<std::uint64_t> appendRecord(const Measure& measure) {
-    platform::Descriptor database = platform::createIfMissing(measure.databaseFile);
-    if (!database.isOpen()) {
+std::optional<std::uint64_t> appendRecord(Measure& measure) {
+    if (!openOrCreate(measure.database)) {
         problem(translate("Error", "Unable to open DataBase file"));
         return std::nullopt;
     }
-    const std::uint64_t offset = lengthOf(database);
+    const std::uint64_t offset = lengthOf(measure.database.descriptor);
     const std::string record = recordBytes(measure);
-    if (writeRecord(database, offset, record) < record.size()) {
+    if (writeTo(measure.database, offset, record) < record.size()) {
         problem(translate("Error", "Unable to update DataBase file"));
         return std::nullopt;
     }
-    if (!database.close()) {
+    if (!measure.database.descriptor.close()) {
         problem(translate("Error", "Unable close DataBase file"));
         return std::nullopt;
     }
@@ -301,11 +345,11 @@ std::optional<std::uint64_t> appendRecord(const Measure& measure) {
 }
 
 bool updateDatabase(Measure& measure) {
-    platform::Descriptor index = platform::openForUpdate(measure.indexFile);
-    if (!index.isOpen()) {
+    measure.index.descriptor = platform::openForUpdate(measure.index.name);
+    if (!measure.index.descriptor.isOpen()) {
         return problem(translate("Error", "Unable to open index file"));
     }
-    const std::optional<IndexPlace> place = findInIndex(index, measure.key);
+    const std::optional<IndexPlace> place = findInIndex(measure.index.descriptor, measure.key);
     if (!place || !computeTotals(measure, place->recordOffset)) {
         return false;
     }
@@ -314,28 +358,35 @@ bool updateDatabase(Measure& measure) {
         return false;
     }
     const std::string entry = indexEntry(measure.key, *offset);
-    if (platform::writeAt(index.number(), place->position, entry) < entry.size()) {
-        if (!place->recordOffset) {
-            platform::cutFile(index.number(), place->position); // part of an entry would hide those behind it
-        }
+    if (writeTo(measure.index, place->position, entry) < entry.size()) {
         return problem(translate("Error", "Unable to update Index File"));
     }
-    return index.close() || problem(translate("Error", "Unable to close Index file"));
+    return measure.index.descriptor.close() || problem(translate("Error", "Unable to close Index file"));
 }
 
-// Runs the update; memory that runs out is a problem of the database, and the lock is released all the same.
+bool createOrUpdate(Measure& measure) {
+    const bool hasIndex = platform::openForUpdate(measure.index.name).isOpen();
+    if (!hasIndex &&
+        fileExists(measure.index.name)) { // never start anew beside an index that cannot be opened now
+        return problem(translate("Error", "Unable to create TPM file"));
+    }
+    return hasIndex ? updateDatabase(measure) : createDatabase(measure);
+}
+
+// Runs the update; memory that runs out is a problem of the database, and the lock is released all the same. A measure
+// that fails leaves no trace.
 bool update(Measure& measure) {
     const RefusalIsHandled here;
+    bool done = false;
     try {
-        const bool hasIndex = platform::openForUpdate(measure.indexFile).isOpen();
-        if (!hasIndex &&
-            fileExists(measure.indexFile)) { // never start anew beside an index that cannot be opened now
-            return problem(translate("Error", "Unable to create TPM file"));
-        }
-        return hasIndex ? updateDatabase(measure) : createDatabase(measure);
+        done = createOrUpdate(measure);
     } catch (const std::bad_alloc&) {
-        return problem(translate("Error", "Unable to allocate memory"));
+        problem(translate("Error", "Unable to allocate memory"));
     }
+    if (!done) {
+        takeBack(measure);
+    }
+    return done;
 }
 
 bool updateUnderLock(Measure& measure) {
@@ -374,8 +425,8 @@ bool locate(Measure& measure, const std::string& name) {
         return problem(translate("Error", "Too many measure sub values"));
     }
     const std::string base = *root + "/" + name + "." + *user + "." + std::to_string(measure.values.size());
-    measure.indexFile = base + ".idx";
-    measure.databaseFile = base + ".tpm";
+    measure.index.name = base + ".idx";
+    measure.database.name = base + ".tpm";
     measure.lockFile = base + ".lck";
     return true;
 }
@@ -386,7 +437,7 @@ void measureFile(const FileDescription& description, const CoverageOptions& opti
     for (const Service& service : description.services) {
         if (GetServiceAuth(service.name, options)) {
             sumCounters(described, service.counts);
-            sumCounters(hit, options.global ? service.globalCovered : service.testCovered);
+            sumCounters(hit, coveredOf(service, options));
         }
     }
     std::vector<std::uint32_t> values(hit.begin(), hit.end());

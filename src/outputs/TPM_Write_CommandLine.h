@@ -4,7 +4,8 @@
 // names. Three files hang off the base <root>/<measure>.<user>.<number of values>:
 //
 //   .idx   entries of two words: key, byte offset of the key's latest record in the database file
-//   .tpm   records, only ever appended: time, key, then per value the value and its total over all keys
+//   .tpm   records, only ever appended: time, key, then per value the value and its total over all keys;
+//          one that fails is cut off again
 //   .lck   exists while a process updates the two others
 //
 // All words are unsigned, 32 bits, little-endian. Sums wrap at 2^32. A record is in the database file before
@@ -23,7 +24,7 @@ namespace veldacov {
 void writeCoverageMeasures(const CoverageOptions& options);
 
 // Adds one record; `time` is in seconds since 1970, 0 for now. True when an error was shown. Waits as long as
-// another process holds the lock, until an interrupt.
+// another process holds the lock, until an interrupt; open outputs are flushed before.
 bool writeMeasure(const std::string& name, std::uint32_t key, std::uint32_t time,
                   std::span<const std::uint32_t> values);
 

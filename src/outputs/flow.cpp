@@ -6,6 +6,7 @@
 #include "description/hit_counting.h"
 #include "description/item_index.h"
 #include "report/auth.h"
+#include "report/hit_lines.h"
 #include "report/report_text.h"
 #include "report/session.h"
 #include "report/tio.h"
@@ -113,7 +114,7 @@ void retellHit(FlowState& flow, Hit hit) {
 // A hit line, and those in plain form that follow it.
 void handleHits(FlowState& flow, LineKind kind) {
     retellHit(flow, readHit(flow.trace, kind));
-    takePlainHits(flow.trace, noKnownHits, [&flow](Hit hit) { retellHit(flow, hit); });
+    takeHitLines(flow.trace, noKnownHits, [&flow](Hit hit) { retellHit(flow, hit); });
 }
 
 void retellTrace(FlowState& flow, const std::string& traceFile) {

@@ -14,6 +14,7 @@
 #include "support/files.h"
 #include "support/machine.h"
 #include "support/output.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
@@ -349,15 +350,9 @@ void writeHeader(Listing& listing, const FileDescription& description) {
 }
 
 // Opens the listing file; the first description of a path creates it, further ones append.
-bool openListing(Listing& listing, const std::string& sourcePath, const std::string& listingPath,
-                 NameCountList& tally) {
+bool openListing(Listing& listing, const std::string& listingPath, NameCountList& tally) {
     const bool isFirst = addNameCount(tally, internName(listingPath)) == 1;
-    if (!platform::isSameFile(sourcePath,
-                              listingPath)) { // a source that has the listing's name is not overwritten
-        listing.out = OutputFile(isFirst ? platform::createForWriting(listingPath)
-                                         : platform::openForAppending(listingPath),
-                                 listingPath);
-    }
+    listing.out = isFirst ? createListing(listingPath) : appendToListing(listingPath);
     if (!listing.out.isOpen()) {
         warningMessage(filled(translate("User Warning", "Cannot create annotated listing %1",
                                         "%1 is the name of the listing file"),
@@ -376,7 +371,7 @@ bool openFiles(Listing& listing, const FileDescription& description, const Cover
                NameCountList& tally) {
     const std::string_view directory = description.sourceDirectory->text;
     const std::string sourcePath = joinPath(directory, listing.sourceName);
-    listing.source = openInput(sourcePath);
+    listing.source = openRegularInput(sourcePath);
     if (!listing.source.isOpen()) {
         warningMessage(
             filled(translate("User Warning", "Cannot create annotated listing, source file %1 not found",
@@ -385,8 +380,8 @@ bool openFiles(Listing& listing, const FileDescription& description, const Cover
         return false;
     }
     const std::string_view target = options.listingDirectory ? *options.listingDirectory : directory;
-    return openListing(listing, sourcePath,
-                       changeExtension(joinPath(target, listing.sourceName), listingExtension), tally);
+    return openListing(listing, changeExtension(joinPath(target, listing.sourceName), listingExtension),
+                       tally);
 }
 
 void writeListing(const FileDescription& description, const CoverageOptions& options, NameCountList& tally) {

@@ -65,7 +65,10 @@ bool GetTestAuth(const NameEntry* test, const CoverageOptions& options) {
     return isSelected(test, mark::test, mark::exTest, (options.selectionMask & selection::allTests) != 0);
 }
 
-void checkSelection(const CoverageOptions& options) {
+namespace {
+
+// Warns about each name of the selection options that no description has.
+void warnUnknownNames(const CoverageOptions& options) {
     // A program may have a hundred thousand services: their names are gathered only where some are asked for.
     const bool servicesNamed = !options.serviceList.nodes.empty() || !options.exServiceList.nodes.empty();
     NameSet files;
@@ -92,7 +95,10 @@ void checkSelection(const CoverageOptions& options) {
                 translate("User Warning",
                           "Service %1 in -EXSERVICE option is unknown in selected source file list",
                           "%1 is the name of the file"));
+}
 
+// Leaves out the files of which no service is selected; false when nothing is left.
+bool keepFilesWithServices(const CoverageOptions& options) {
     bool anythingToReport = false;
     for (const auto& description : loadedDescriptions()) {
         if (!GetFileAuth(description->sourceName, options)) {
@@ -104,7 +110,14 @@ void checkSelection(const CoverageOptions& options) {
             description->sourceName->flags |= mark::exFile;
         }
     }
-    if (!anythingToReport || !typesFit(options)) {
+    return anythingToReport;
+}
+
+} // namespace
+
+void checkSelection(const CoverageOptions& options) {
+    warnUnknownNames(options);
+    if (!keepFilesWithServices(options) || !typesFit(options)) {
         fatalError(translate("Fatal Error", "There is nothing to report ... report is empty"));
     }
 }

@@ -15,7 +15,7 @@
 namespace veldacov {
 
 // A file or test may have no name (null); the default decides then. A service without a name is an internal
-// error.
+// error. The three have the names that users know from messages, not the style of the other operations.
 bool GetFileAuth(const NameEntry* sourceName, const CoverageOptions& options);
 bool GetServiceAuth(const NameEntry* service, const CoverageOptions& options);
 bool GetTestAuth(const NameEntry* test, const CoverageOptions& options);
@@ -41,6 +41,11 @@ struct Selection {
         return std::span(services).subspan(file.firstService, file.serviceCount);
     }
 };
+// What outputs show of a service: with -GLOBAL what any test has hit, else what the current one has.
+inline const CoverageCounters& coveredOf(const Service& service, const CoverageOptions& options) {
+    return options.global ? service.globalCovered : service.testCovered;
+}
+
 // Takes stock after checkSelection, which fixes what is selected for the rest of the run.
 Selection takeSelection(const CoverageOptions& options);
 

@@ -7,24 +7,17 @@
 #include <vector>
 
 #include "description/hit_counting.h"
-#include "report/output_files.h"
 #include "report/rates.h"
 #include "support/files.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
 namespace {
 
-struct CioState {
-    OutputFile out;
-    bool noTestBlockYet = true;
-    bool noServiceBlockYet = true;
-    std::vector<CoverageCounters> accumulated; // by selected service: hit first since the last O block
-    std::vector<std::size_t> placesInPeriod;   // of the services in which anything was
-    std::array<std::string, static_cast<std::size_t>(ReportLabel::Count)> labels; // looked up once
-};
-CioState cio;
+// Services and items lie all over the memory; those of so many turns later are asked for early.
+constexpr std::size_t ahead = 8;
 
 // The services printed in one block; a File line stands before each run of services of one file name.
 struct CioBlock {
@@ -32,7 +25,7 @@ struct CioBlock {
     bool anyPrinted = false;
 };
 
-const std::string& plain(ReportLabel label) {
+const std::string& plain(CioFile& cio, ReportLabel label) {
     std::string& text = cio.labels[static_cast<std::size_t>(label)];
     if (text.empty()) {
         text = plainLabelText(label);
@@ -40,30 +33,39 @@ const std::string& plain(ReportLabel label) {
     return text;
 }
 
-// An entry's contribution to the new hits: 1 for an item that was hit since it was last looked at, and not
-// yet counted in this period.
-std::uint32_t takeNewHit(HitRecord& record) {
+// True for what was hit since it was last looked at, and has not yet been counted in this period.
+bool takeNewHit(CioFile& cio, HitRecord& record) {
     if ((record.flags & hitFlag) == 0) {
-        return 0;
+        return false;
     }
     record.flags &= static_cast<std::uint8_t>(~hitFlag);
     if ((record.flags & countedInPeriod) != 0) {
-        return 0;
+        return false;
     }
     record.flags |= countedInPeriod;
-    return 1;
+    cio.countedRecords.push_back(&record);
+    return true;
 }
 
-CoverageCounters takeNewHits(Service& service) {
-    CoverageCounters newHits{};
-    forEachItem(service, [&](HitRecord& record, std::uint16_t coverageType) {
-        const std::uint32_t taken = takeNewHit(record);
-        newHits[*counterOfType(coverageType)] += taken;
-        if (coverageType == type::procedures) {
-            newHits[counter::services] = taken;
+// Sums up by service what the test that ends has hit first in this period. It looks at what was hit in the test only:
+// whatever else still has its hitFlag belongs to services that are not selected.
+void takeNewHits(CioFile& cio) {
+    const std::vector<TestHit>& hits = hitsOfTest();
+    for (std::size_t i = 0; i < hits.size(); ++i) {
+        if (i + ahead < hits.size()) {
+            __builtin_prefetch(hits[i + ahead].record, 1);
+            __builtin_prefetch(&serviceOf(hits[i + ahead]).selectedPlace);
         }
-    });
-    return newHits;
+        const TestHit& hit = hits[i];
+        const std::int32_t place = serviceOf(hit).selectedPlace;
+        if (place >= 0 && takeNewHit(cio, *hit.record)) {
+            CoverageCounters& newHits = cio.newHits[static_cast<std::size_t>(place)];
+            ++newHits[*counterOfType(typeOf(hit))];
+            if (typeOf(hit) == type::procedures) {
+                newHits[counter::services] = 1;
+            }
+        }
+    }
 }
 
 bool anyCounted(const CoverageCounters& counters) {
@@ -76,9 +78,9 @@ struct CioEntry {
     Service* service = nullptr;
 };
 
-CioEntry entryAt(const TraceSession& session, std::size_t place) {
-    const SelectedService& selected = session.selection.services[place];
-    return {session.selection.files[selected.file].description, selected.service};
+CioEntry entryAt(const CioFile& cio, std::size_t place) {
+    const SelectedService& selected = cio.selection->services[place];
+    return {cio.selection->files[selected.file].description, selected.service};
 }
 
 // Places of the selected services that the current test has hit, in order.
@@ -93,39 +95,38 @@ std::vector<std::size_t> placesHitInTest() {
     return places;
 }
 
-void writeServiceLines(CioBlock& block, const CioEntry& entry) {
+void writeServiceLines(CioFile& cio, CioBlock& block, const CioEntry& entry) {
     const NameEntry* fileName = entry.description->sourceName;
     if (!block.anyPrinted || block.fileName != fileName) {
-        putLine(cio.out, " ", plain(ReportLabel::File), " ", fileName->text);
+        putLine(cio.out, " ", plain(cio, ReportLabel::File), " ", fileName->text);
     }
     block = {fileName, true};
     putLine(cio.out, "    ", entry.service->name->text);
 }
 
-void putSingleRate(std::uint32_t total, std::uint32_t hits, std::size_t width) {
+void putSingleRate(CioFile& cio, std::uint32_t total, std::uint32_t hits, std::size_t width) {
     cio.out.putRate(static_cast<float>(ratePercentage(total, hits)), width);
 }
 
 // `newHits` may be null.
-void writeRateLines(const TraceSession& session, const CioEntry& entry, const CoverageCounters& hits,
+void writeRateLines(CioFile& cio, const CioEntry& entry, const CoverageCounters& hits,
                     const CoverageCounters* newHits) {
     for (const RateRow& row : rateRows) {
-        if ((session.typesInUse & row.bit) == 0) {
+        if ((cio.typesInUse & row.bit) == 0) {
             continue;
         }
-        const std::string& label = plain(labelOf(row, session.typesInUse));
+        const std::string& label = plain(cio, labelOf(row, cio.typesInUse));
         const std::uint32_t total = rowSum(row, entry.service->counts);
         if (total == 0) {
-            const bool instrumented = (entry.description->coverageTypes & row.bit) != 0;
             putLine(cio.out, "       ", label, "\t",
-                    plain(instrumented ? ReportLabel::None : ReportLabel::NotApplicable));
+                    plain(cio, zeroTotalLabel(entry.description->coverageTypes, row.bit)));
             continue;
         }
         const std::uint32_t rowHits = rowSum(row, hits);
         cio.out.put("       ");
         cio.out.put(label);
         cio.out.put('\t');
-        putSingleRate(total, rowHits, 5);
+        putSingleRate(cio, total, rowHits, 5);
         cio.out.put("% (");
         cio.out.putNumber(rowHits);
         cio.out.put('/');
@@ -134,7 +135,7 @@ void writeRateLines(const TraceSession& session, const CioEntry& entry, const Co
         if (newHits != nullptr) {
             const std::uint32_t rowNewHits = rowSum(row, *newHits);
             cio.out.put(", +");
-            putSingleRate(total, rowNewHits, 0);
+            putSingleRate(cio, total, rowNewHits, 0);
             cio.out.put(" (+");
             cio.out.putNumber(rowNewHits);
             cio.out.put(')');
@@ -143,27 +144,20 @@ void writeRateLines(const TraceSession& session, const CioEntry& entry, const Co
     }
 }
 
-void writeRemark(const TraceSession& session, ReportLabel remark) {
-    if ((session.typesInUse & type::modifiedConditions) != 0) {
-        putLine(cio.out, " (", plain(remark), ")");
+void writeRemark(CioFile& cio, ReportLabel remark) {
+    if ((cio.typesInUse & type::modifiedConditions) != 0) {
+        putLine(cio.out, " (", plain(cio, remark), ")");
     }
 }
 
-void finishBlock(const CioBlock& block) {
+void finishBlock(CioFile& cio, const CioBlock& block) {
     if (!block.anyPrinted) {
-        putLine(cio.out, " ", plain(ReportLabel::NothingHit));
+        putLine(cio.out, " ", plain(cio, ReportLabel::NothingHit));
     }
-}
-
-void forgetPeriod(Service& service, CoverageCounters& accumulated) {
-    accumulated = {};
-    forEachItem(service, [](HitRecord& record, std::uint16_t) {
-        record.flags &= static_cast<std::uint8_t>(~countedInPeriod);
-    });
 }
 
 // Adds what a test hit first to its service's period.
-void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
+void addToPeriod(CioFile& cio, std::size_t place, const CoverageCounters& newHits) {
     if (anyCounted(newHits)) {
         if (!anyCounted(cio.accumulated[place])) {
             cio.placesInPeriod.push_back(place);
@@ -174,87 +168,96 @@ void addToPeriod(std::size_t place, const CoverageCounters& newHits) {
 
 } // namespace
 
-void openCio(const TraceSession& session) {
+void openCio(CioFile& cio, const CoverageOptions& options, const Selection& selection,
+             std::uint16_t typesInUse) {
     cio = {};
-    cio.out =
-        createOutput(*session.options, *session.options->cioFile,
-                     translate("Fatal Error", "Cannot create CIO file %1", "%1 is the name of the cio file"));
+    cio.selection = &selection;
+    cio.typesInUse = typesInUse;
+    cio.out = createOutput(*options.cioFile, translate("Fatal Error", "Cannot create CIO file %1",
+                                                       "%1 is the name of the cio file"));
     putLine(cio.out, "# CIO File from Orbis(R) Norvik Suite Coverage");
     putLine(cio.out, "# Tool version: ", toolVersion);
     putLine(cio.out, "# Generation date: ", dateText(presentTime()));
-    cio.accumulated.resize(session.selection.services.size());
+    cio.newHits.resize(selection.services.size());
+    cio.accumulated.resize(selection.services.size());
 }
 
-void writeCioTestBlock(const TraceSession& session) {
-    if (session.currentTestNumber == -1) {
+void writeCioTestBlock(CioFile& cio, std::int32_t testNumber, const std::string& traceFileName) {
+    if (testNumber == -1) {
         fatalError(filled(
             translate("Fatal Error", "No current test number in file %1", "%1 is the name of the file"),
-            {session.trace.fileName}));
+            {traceFileName}));
     }
-    putLine(cio.out, "T", static_cast<std::uint32_t>(session.currentTestNumber));
+    putLine(cio.out, "T", static_cast<std::uint32_t>(testNumber));
     if (!cio.noTestBlockYet) {
-        writeRemark(session, cio.noServiceBlockYet ? ReportLabel::PreviousTests
-                                                   : ReportLabel::PreviousTestsAndServices);
+        writeRemark(cio, cio.noServiceBlockYet ? ReportLabel::PreviousTests
+                                               : ReportLabel::PreviousTestsAndServices);
     }
     cio.noTestBlockYet = false;
+    takeNewHits(cio);
     CioBlock block;
-    for (const std::size_t place : placesHitInTest()) {
-        const CioEntry entry = entryAt(session, place);
+    const std::vector<std::size_t> places = placesHitInTest();
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (i + 2 * ahead < places.size()) {
+            const Service* service = entryAt(cio, places[i + 2 * ahead]).service;
+            __builtin_prefetch(service);
+            __builtin_prefetch(&service->testCovered);
+            __builtin_prefetch(entryAt(cio, places[i + ahead]).service->name);
+        }
+        const std::size_t place = places[i];
+        const CioEntry entry = entryAt(cio, place);
         if (anyCounted(entry.service->testCovered)) {
-            writeServiceLines(block, entry);
-            const CoverageCounters newHits = takeNewHits(*entry.service);
-            addToPeriod(place, newHits);
-            writeRateLines(session, entry, entry.service->testCovered, &newHits);
+            writeServiceLines(cio, block, entry);
+            const CoverageCounters newHits = std::exchange(cio.newHits[place], {});
+            addToPeriod(cio, place, newHits);
+            writeRateLines(cio, entry, entry.service->testCovered, &newHits);
         }
     }
-    finishBlock(block);
+    finishBlock(cio, block);
 }
 
-void writeCioServiceBlock(const TraceSession& session) {
-    if (session.currentServiceNumber == -1) {
+void writeCioServiceBlock(CioFile& cio, std::int32_t serviceNumber, const std::string& traceFileName) {
+    if (serviceNumber == -1) {
         fatalError(filled(
             translate("Fatal Error", "No current service number in file %1", "%1 is the name of the file"),
-            {session.trace.fileName}));
+            {traceFileName}));
     }
-    putLine(cio.out, "O", static_cast<std::uint32_t>(session.currentServiceNumber));
+    putLine(cio.out, "O", static_cast<std::uint32_t>(serviceNumber));
     if (!cio.noServiceBlockYet) {
-        writeRemark(session, ReportLabel::PreviousServices);
+        writeRemark(cio, ReportLabel::PreviousServices);
     }
     cio.noServiceBlockYet = false;
     CioBlock block;
     std::vector<std::size_t> places = std::exchange(cio.placesInPeriod, {});
     std::sort(places.begin(), places.end());
     for (const std::size_t place : places) {
-        const CioEntry entry = entryAt(session, place);
-        writeServiceLines(block, entry);
-        writeRateLines(session, entry, cio.accumulated[place], nullptr);
-        forgetPeriod(*entry.service, cio.accumulated[place]);
+        const CioEntry entry = entryAt(cio, place);
+        writeServiceLines(cio, block, entry);
+        writeRateLines(cio, entry, cio.accumulated[place], nullptr);
+        cio.accumulated[place] = {};
     }
-    finishBlock(block);
+    for (HitRecord* record : std::exchange(cio.countedRecords, {})) {
+        record->flags &= static_cast<std::uint8_t>(~countedInPeriod);
+    }
+    finishBlock(cio, block);
 }
 
-void writeCioGlobalBlock(const TraceSession& session) {
+void writeCioGlobalBlock(CioFile& cio) {
     putLine(cio.out, "G");
     CioBlock block;
-    for (std::size_t place = 0; place < session.selection.services.size(); ++place) {
-        const CioEntry entry = entryAt(session, place);
-        writeServiceLines(block, entry);
+    for (std::size_t place = 0; place < cio.selection->services.size(); ++place) {
+        const CioEntry entry = entryAt(cio, place);
+        writeServiceLines(cio, block, entry);
         const CoverageCounters& hits = entry.service->globalCovered;
-        if ((session.typesInUse & type::procedures) != 0) {
-            putLine(cio.out, "       ", plain(ReportLabel::Hit), "\t",
-                    plain(hits[counter::services] != 0 ? ReportLabel::Yes : ReportLabel::No));
+        if ((cio.typesInUse & type::procedures) != 0) {
+            putLine(cio.out, "       ", plain(cio, ReportLabel::Hit), "\t", plain(cio, enteredLabel(hits)));
         }
-        writeRateLines(session, entry, hits, nullptr);
+        writeRateLines(cio, entry, hits, nullptr);
     }
 }
 
-void closeCio() {
+void closeCio(CioFile& cio) {
     cio.out.finish();
-    forgetCio();
-}
-
-void forgetCio() {
-    cio = {};
 }
 
 } // namespace veldacov

@@ -9,20 +9,43 @@
 //       <service>
 //          <label>\t<rate>% (<hits>/<total>), +<rate> (+<new hits>)
 
-#include "report/session.h"
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "report/auth.h"
+#include "report/labels.h"
+#include "report/options.h"
+#include "support/output.h"
 
 namespace veldacov {
 
-// Creates the file, a failure is a fatal error.
-void openCio(const TraceSession& session);
-// The block of the test that ends; a test without a number is a fatal error.
-void writeCioTestBlock(const TraceSession& session);
-// The block of the current service number, -1 is a fatal error.
-void writeCioServiceBlock(const TraceSession& session);
-void writeCioGlobalBlock(const TraceSession& session);
+// The open file and what it remembers from block to block.
+struct CioFile {
+    OutputFile out;
+    const Selection* selection = nullptr; // the services shown; borrowed
+    std::uint16_t typesInUse = 0;         // govern every block
+    bool noTestBlockYet = true;
+    bool noServiceBlockYet = true;
+    std::vector<CoverageCounters>
+        newHits; // by selected service: hit first in the test that ends; zero in between
+    std::vector<CoverageCounters> accumulated; // by selected service: hit first since the last O block
+    std::vector<std::size_t> placesInPeriod;   // of the services in which anything was
+    std::vector<HitRecord*> countedRecords;    // with the mark countedInPeriod
+    std::array<std::string, static_cast<std::size_t>(ReportLabel::Count)> labels; // looked up once
+};
+
+// Creates the file that the options name, a failure is a fatal error. The selection has to live as long as the file.
+void openCio(CioFile& cio, const CoverageOptions& options, const Selection& selection,
+             std::uint16_t typesInUse);
+// The block of the test that ends, before its counts are reset; a test without a number (-1) is a fatal error that
+// names the trace being read.
+void writeCioTestBlock(CioFile& cio, std::int32_t testNumber, const std::string& traceFileName);
+// The block of a period; no service number (-1) is a fatal error that names the trace being read.
+void writeCioServiceBlock(CioFile& cio, std::int32_t serviceNumber, const std::string& traceFileName);
+void writeCioGlobalBlock(CioFile& cio);
 // Completes the file.
-void closeCio();
-// Forgets a file that a run cut short has left open.
-void forgetCio();
+void closeCio(CioFile& cio);
 
 } // namespace veldacov

@@ -1,13 +1,13 @@
 #include "report/rates.h"
 
+#include <bit>
+
 namespace veldacov {
 
 std::uint32_t rowSum(const RateRow& row, const CoverageCounters& counters) {
     std::uint32_t sum = 0;
-    for (std::size_t place = 0; place < counters.size(); ++place) {
-        if ((row.counters & counterBit(place)) != 0) {
-            sum += counters[place];
-        }
+    for (unsigned bits = row.counters; bits != 0; bits &= bits - 1) {
+        sum += counters[static_cast<std::size_t>(std::countr_zero(bits))];
     }
     return sum;
 }

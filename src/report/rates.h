@@ -68,6 +68,15 @@ inline ReportLabel labelOf(const RateRow& row, std::uint16_t typesInUse) {
     return (typesInUse & type::forcedConditions) != 0 ? row.forcedLabel : row.label;
 }
 
+// What stands in place of a rate of nothing: "none" where the type was instrumented, else "n/a".
+constexpr ReportLabel zeroTotalLabel(std::uint16_t instrumentedTypes, std::uint16_t bit) {
+    return (instrumentedTypes & bit) != 0 ? ReportLabel::None : ReportLabel::NotApplicable;
+}
+// Whether the services of some counters were entered.
+constexpr ReportLabel enteredLabel(const CoverageCounters& hits) {
+    return hits[counter::services] != 0 ? ReportLabel::Yes : ReportLabel::No;
+}
+
 // The sum of the row's counters.
 std::uint32_t rowSum(const RateRow& row, const CoverageCounters& counters);
 

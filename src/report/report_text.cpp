@@ -25,6 +25,8 @@ struct CoverageBlock {
     const CoverageCounters* totals = nullptr;
     const CoverageCounters* hits = nullptr;
     std::uint16_t instrumentedTypes = 0; // tells "none" from "n/a"
+    std::uint16_t typesInUse = 0;        // the rates shown
+    bool countOriented = false;          // references show counts
 };
 
 std::string_view text(const TraceSession& session, ReportLabel label) {
@@ -32,7 +34,7 @@ std::string_view text(const TraceSession& session, ReportLabel label) {
 }
 
 const CoverageCounters& hitsOf(const TraceSession& session, const Service& service) {
-    return session.options->global ? service.globalCovered : service.testCovered;
+    return coveredOf(service, *session.options);
 }
 
 std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
@@ -68,8 +70,9 @@ void writeCountedReference(TraceSession& session, const HitRecord& record, std::
 }
 
 template <typename PutText>
-void writeReference(TraceSession& session, const HitRecord& record, std::uint32_t line, PutText putText) {
-    if (session.trace.countOriented) {
+void writeReference(TraceSession& session, const CoverageBlock& block, const HitRecord& record,
+                    std::uint32_t line, PutText putText) {
+    if (block.countOriented) {
         writeCountedReference(session, record, line, putText);
     } else {
         writePlainReference(session, record, line, putText);
@@ -80,40 +83,45 @@ auto putting(std::string_view text) {
     return [text](OutputFile& out) { out.put(text); };
 }
 
-void writeEntryReference(TraceSession& session, const Service& service) {
+void writeEntryReference(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     if (!service.entry) {
         internalError(translate("Internal Error", "No entry point in proc"));
     }
-    writeReference(session, *service.entry, service.entry->startLine,
+    writeReference(session, block, *service.entry, service.entry->startLine,
                    putting(text(session, ReportLabel::Incoming)));
 }
 
-void writeProcedureBranches(TraceSession& session, const Service& service) {
-    writeEntryReference(session, service);
+void writeProcedureBranches(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
+    writeEntryReference(session, block);
     for (const ExitEntry& exit : service.exits) {
-        writeReference(session, exit, exit.startLine, putting(text(session, exitLabel(exit.kind))));
+        writeReference(session, block, exit, exit.startLine, putting(text(session, exitLabel(exit.kind))));
     }
 }
 
-void writeCalls(TraceSession& session, const Service& service) {
+void writeCalls(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const CallEntry& call : service.calls) {
-        writeReference(session, call, call.startLine, putting(call.calledName->text));
+        writeReference(session, block, call, call.startLine, putting(call.calledName->text));
     }
 }
 
 template <BlockKind kind>
-void writeBlocks(TraceSession& session, const Service& service) {
-    for (const BlockEntry& block : service.blocks) {
-        if (block.kind == kind) {
-            writeReference(session, block, blockLine(block), putting(block.label));
+void writeBlocks(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
+    for (const BlockEntry& entry : service.blocks) {
+        if (entry.kind == kind) {
+            writeReference(session, block, entry, blockLine(entry), putting(entry.label));
         }
     }
 }
 
-void writeBasicConditions(TraceSession& session, const Service& service) {
+void writeBasicConditions(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const ConditionEntry& condition : service.conditions) {
         if (condition.kind != ConditionKind::Case) {
-            writeReference(session, condition, condition.startLine, [&](OutputFile& out) {
+            writeReference(session, block, condition, condition.startLine, [&](OutputFile& out) {
                 const std::string_view outcome = outcomeText(service, condition);
                 out.put(condition.text);
                 out.put(outcome.empty() ? "" : " ");
@@ -134,7 +142,8 @@ void putModifiedCondition(const TraceSession& session, OutputFile& out, const Se
     pairsText(service, composition, place, [&out](std::string_view piece) { out.put(piece); });
 }
 
-void writeModifiedConditions(TraceSession& session, const Service& service) {
+void writeModifiedConditions(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const Composition& composition : service.compositions) {
         for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
             const ModifiedCondition& modified = composition.modifiedConditions[place];
@@ -145,18 +154,19 @@ void writeModifiedConditions(TraceSession& session, const Service& service) {
     }
 }
 
-void writeCompoundCases(TraceSession& session, const Service& service) {
+void writeCompoundCases(TraceSession& session, const CoverageBlock& block) {
+    const Service& service = *block.service;
     for (const Composition& composition : service.compositions) {
         for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
             const std::uint32_t place = composition.firstCase + i;
             const CoverageItem& item = service.conditions[place];
-            writeReference(session, item, item.startLine,
+            writeReference(session, block, item, item.startLine,
                            [&](OutputFile& out) { out.put(conditionText(service, place)); });
         }
     }
 }
 
-using ReferenceWriter = void (*)(TraceSession&, const Service&);
+using ReferenceWriter = void (*)(TraceSession&, const CoverageBlock&);
 // By References, from ProcedureBranches on.
 constexpr std::array<ReferenceWriter, 9> referenceWriters = {writeProcedureBranches,
                                                              writeCalls,
@@ -171,12 +181,8 @@ constexpr std::array<ReferenceWriter, 9> referenceWriters = {writeProcedureBranc
 void writeReferences(TraceSession& session, References references, const CoverageBlock& block) {
     if (references != References::None && block.service != nullptr &&
         session.options->summaryLevel == SummaryLevel::None) {
-        referenceWriters[static_cast<std::size_t>(references) - 1](session, *block.service);
+        referenceWriters[static_cast<std::size_t>(references) - 1](session, block);
     }
-}
-
-ReportLabel zeroTotalLabel(const CoverageBlock& block, std::uint16_t bit) {
-    return (block.instrumentedTypes & bit) != 0 ? ReportLabel::None : ReportLabel::NotApplicable;
 }
 
 void writeRate(TraceSession& session, std::string_view prefix, ReportLabel label, std::uint32_t total,
@@ -213,14 +219,14 @@ void writeEntries(TraceSession& session, const CoverageBlock& block) {
     }
     if (block.service == nullptr) {
         writeRate(session, block.prefix, ReportLabel::Functions, total, hits,
-                  zeroTotalLabel(block, type::procedures));
+                  zeroTotalLabel(block.instrumentedTypes, type::procedures));
         return;
     }
     putLine(*session.reportStream, "\t\t", block.prefix, text(session, ReportLabel::Hit), " ",
-            text(session, hits != 0 ? ReportLabel::Yes : ReportLabel::No));
+            text(session, enteredLabel(*block.hits)));
     // With exits in use the entry is among their references.
-    if ((session.typesInUse & type::exits) == 0 && session.trace.countOriented) {
-        writeEntryReference(session, *block.service);
+    if ((block.typesInUse & type::exits) == 0 && block.countOriented) {
+        writeEntryReference(session, block);
     }
 }
 
@@ -235,13 +241,13 @@ bool isShown(const RateRow& row, const CoverageCounters& totals) {
 
 void writeCoverageBlock(TraceSession& session, const CoverageBlock& block) {
     writeNameLine(session, block);
-    if ((session.typesInUse & type::procedures) != 0) {
+    if ((block.typesInUse & type::procedures) != 0) {
         writeEntries(session, block);
     }
     for (const RateRow& row : rateRows) {
-        if ((session.typesInUse & row.bit) != 0 && isShown(row, *block.totals)) {
-            writeRate(session, block.prefix, labelOf(row, session.typesInUse), rowSum(row, *block.totals),
-                      rowSum(row, *block.hits), zeroTotalLabel(block, row.bit));
+        if ((block.typesInUse & row.bit) != 0 && isShown(row, *block.totals)) {
+            writeRate(session, block.prefix, labelOf(row, block.typesInUse), rowSum(row, *block.totals),
+                      rowSum(row, *block.hits), zeroTotalLabel(block.instrumentedTypes, row.bit));
             writeReferences(session, row.references, block);
         }
     }
@@ -251,24 +257,23 @@ void writeRemark(TraceSession& session, ReportLabel remark) {
     putLine(*session.reportStream, "(", text(session, remark), ")");
 }
 
-void writeTestTitle(TraceSession& session) {
+void writeTestTitle(TraceSession& session, const ReportedTest& test) {
     if (!session.options->global) {
         writeSeparator(session);
-        const NameEntry* date = session.trace.testDate;
-        putLine(*session.reportStream, "Test ", nameText(session.trace.currentTest), " :",
-                date != nullptr ? " " : "", nameText(date));
+        putLine(*session.reportStream, "Test ", nameText(test.currentTest), " :",
+                test.testDate != nullptr ? " " : "", nameText(test.testDate));
     }
     writeSeparator(session);
 }
 
-void writeRemarks(TraceSession& session) {
+void writeRemarks(TraceSession& session, const ReportedTest& test) {
     const CoverageOptions& options = *session.options;
-    if (options.summaryLevel == SummaryLevel::None && session.typesInUse != type::procedures &&
-        !session.trace.countOriented) {
+    const std::uint16_t types = typesOr(options, session.typesOfAllFiles);
+    if (options.summaryLevel == SummaryLevel::None && types != type::procedures && !test.countOriented) {
         writeRemark(session,
                     options.branchCoverage ? ReportLabel::ReferencesHit : ReportLabel::ReferencesNotHit);
     }
-    if (!options.global && (session.typesInUse & type::modifiedConditions) != 0 && session.testReported) {
+    if (!options.global && (types & type::modifiedConditions) != 0 && session.testReported) {
         writeRemark(session, ReportLabel::PreviousTests);
     }
 }
@@ -279,7 +284,7 @@ void forEachServiceHit(const TraceSession& session, Visit visit) {
     const Selection& selection = session.selection;
     if (session.options->global) {
         for (const SelectedService& selected : selection.services) {
-            visit(selected.file, selected.service->globalCovered);
+            visit(selected.file, hitsOf(session, *selected.service));
         }
         return;
     }
@@ -287,41 +292,43 @@ void forEachServiceHit(const TraceSession& session, Visit visit) {
         if (service->selectedPlace >= 0) {
             const SelectedService& selected =
                 selection.services[static_cast<std::size_t>(service->selectedPlace)];
-            visit(selected.file, service->testCovered);
+            visit(selected.file, hitsOf(session, *service));
         }
     }
 }
 
-void writeFileBlocks(TraceSession& session, const SelectedFile& file, const CoverageCounters& hits) {
+void writeFileBlocks(TraceSession& session, const SelectedFile& file, const CoverageCounters& hits,
+                     bool countOriented) {
     const FileDescription& description = *file.description;
-    session.typesInUse = typesOr(*session.options, description.coverageTypes);
+    const std::uint16_t types = typesOr(*session.options, description.coverageTypes);
     writeCoverageBlock(session, {nullptr, "", description.sourceName->text, description.sourceComment,
-                                 &file.totals, &hits, description.coverageTypes});
+                                 &file.totals, &hits, description.coverageTypes, types, countOriented});
     if (session.options->summaryLevel > SummaryLevel::Service) {
         return;
     }
     for (const SelectedService& selected : session.selection.servicesOf(file)) {
         const Service& service = *selected.service;
-        writeCoverageBlock(session, {&service, "\t", service.name->text, nullptr, &service.counts,
-                                     &hitsOf(session, service), description.coverageTypes});
+        writeCoverageBlock(session,
+                           {&service, "\t", service.name->text, nullptr, &service.counts,
+                            &hitsOf(session, service), description.coverageTypes, types, countOriented});
     }
 }
 
-void writeFiles(TraceSession& session) {
+void writeFiles(TraceSession& session, bool countOriented) {
     std::vector<CoverageCounters> hits(session.selection.files.size());
     forEachServiceHit(session, [&](std::size_t file, const CoverageCounters& serviceHits) {
         sumCounters(hits[file], serviceHits);
     });
     for (std::size_t place = 0; place < hits.size(); ++place) {
-        writeFileBlocks(session, session.selection.files[place], hits[place]);
+        writeFileBlocks(session, session.selection.files[place], hits[place], countOriented);
     }
 }
 
 void writeConclusion(TraceSession& session, std::string_view name, const CoverageCounters& totals,
                      const CoverageCounters& hits) {
-    session.typesInUse = typesOr(*session.options, session.typesOfAllFiles);
     writeSeparator(session);
-    writeCoverageBlock(session, {nullptr, "", name, nullptr, &totals, &hits, session.reportedTypes});
+    writeCoverageBlock(session, {nullptr, "", name, nullptr, &totals, &hits, session.reportedTypes,
+                                 typesOr(*session.options, session.typesOfAllFiles), false});
 }
 
 // All selected services, whether their file is selected or not.
@@ -355,22 +362,24 @@ void writeReportHeader(TraceSession& session) {
     writeHead(*session.reportStream, text(session, ReportLabel::Title));
 }
 
-void writeTestReport(TraceSession& session) {
+void writeTestReport(TraceSession& session, const ReportedTest& test) {
     if (session.options->summaryLevel != SummaryLevel::Conclusion) {
-        writeTestTitle(session);
+        writeTestTitle(session, test);
     }
-    writeRemarks(session);
+    writeRemarks(session, test);
     session.reportedTypes |= session.selection.types;
     if (session.options->summaryLevel != SummaryLevel::Conclusion) {
-        writeFiles(session);
+        writeFiles(session, test.countOriented);
     }
     CoverageCounters conclusionHits{};
     forEachServiceHit(session,
                       [&](std::size_t, const CoverageCounters& hits) { sumCounters(conclusionHits, hits); });
-    const std::string name = session.options->global ? std::string(text(session, ReportLabel::Conclusion))
-                                                     : std::string(text(session, ReportLabel::ConclusionTest))
-                                                           .append(nameText(session.trace.currentTest));
+    const std::string name =
+        session.options->global
+            ? std::string(text(session, ReportLabel::Conclusion))
+            : std::string(text(session, ReportLabel::ConclusionTest)).append(nameText(test.currentTest));
     writeConclusion(session, name, session.selection.totals, conclusionHits);
+    session.testReported = true;
 }
 
 void writeFinalConclusion(TraceSession& session) {

@@ -9,10 +9,30 @@
 #include "description/tokens.h"
 #include "report/auth.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov {
 
 namespace {
+
+// The fatal errors of a trace, by what is wrong with it. %1 is the trace.
+namespace fault {
+constexpr TranslatableText cannotOpen =
+    QT_TRANSLATE_NOOP3("Fatal Error", "Cannot open trace file %1", "%1 is the name of the trace file");
+constexpr TranslatableText unknownOpcode =
+    QT_TRANSLATE_NOOP3("Fatal Error", "Unknown opcode in trace file %1", "%1 is the name of the trace file");
+constexpr TranslatableText partWithoutEnd =
+    QT_TRANSLATE_NOOP3("Fatal Error", "No DC line in TIO file %1", "%1 is the name of the file");
+constexpr TranslatableText noChecksumLine = QT_TRANSLATE_NOOP3(
+    "Fatal Error", "DC line missing after FT line in TIO file %1", "%1 is the name of the file");
+constexpr TranslatableText hitOutsideOfParts =
+    QT_TRANSLATE_NOOP3("Fatal Error", "Incorrect traces in %1 (branch hit outside of any file-part)",
+                       "%1 is the name of the incorrect trace file");
+} // namespace fault
+
+[[noreturn]] void refuseTrace(const TraceCursor& cursor, const TranslatableText& what) {
+    fatalError(filled(translate("Fatal Error", what), {cursor.fileName}));
+}
 
 // What becomes of a line in a state.
 enum class Treatment : std::uint8_t { Deliver, DeliverIfRead, Ignore, Refuse };
@@ -86,11 +106,9 @@ void openTrace(TraceCursor& cursor, const std::string& fileName) {
     cursor.state = ReadState::Recording;
     cursor.fileName = fileName;
     cursor.testDate = nullptr;
-    cursor.stream = openInput(fileName);
+    cursor.stream = reopenGivenFile(fileName);
     if (!cursor.stream.isOpen()) {
-        fatalError(
-            filled(translate("Fatal Error", "Cannot open trace file %1", "%1 is the name of the trace file"),
-                   {fileName}));
+        refuseTrace(cursor, fault::cannotOpen);
     }
 }
 
@@ -111,10 +129,7 @@ std::optional<LineKind> nextTraceLine(TraceCursor& cursor, SkippedParts skippedP
                 continue;
             }
             return kind;
-        case Treatment::Refuse:
-            fatalError(filled(translate("Fatal Error", "Unknown opcode in trace file %1",
-                                        "%1 is the name of the trace file"),
-                              {cursor.fileName}));
+        case Treatment::Refuse: refuseTrace(cursor, fault::unknownOpcode);
         case Treatment::DeliverIfRead:
         case Treatment::Ignore: continue;
         }
@@ -172,13 +187,10 @@ PartKey readFilePart(TraceCursor& cursor) {
     PartKey part;
     part.fileKey = nextNumber(cursor);
     if (!readLine(cursor.stream, cursor.line)) {
-        fatalError(filled(translate("Fatal Error", "No DC line in TIO file %1", "%1 is the name of the file"),
-                          {cursor.fileName}));
+        refuseTrace(cursor, fault::partWithoutEnd);
     }
     if (nextToken(cursor.line) != "DC") {
-        fatalError(filled(translate("Fatal Error", "DC line missing after FT line in TIO file %1",
-                                    "%1 is the name of the file"),
-                          {cursor.fileName}));
+        refuseTrace(cursor, fault::noChecksumLine);
     }
     part.checksum = nextNumber(cursor);
     return part;
@@ -186,10 +198,7 @@ PartKey readFilePart(TraceCursor& cursor) {
 
 Hit readHit(TraceCursor& cursor, LineKind kind) {
     if (cursor.currentPart == nullptr) {
-        fatalError(
-            filled(translate("Fatal Error", "Incorrect traces in %1 (branch hit outside of any file-part)",
-                             "%1 is the name of the incorrect trace file"),
-                   {cursor.fileName}));
+        refuseTrace(cursor, fault::hitOutsideOfParts);
     }
     Hit hit;
     hit.kind = itemKinds[static_cast<std::size_t>(kind) - static_cast<std::size_t>(LineKind::TP)];
@@ -198,21 +207,6 @@ Hit readHit(TraceCursor& cursor, LineKind kind) {
         hit.count = nextNumber(cursor);
     }
     return hit;
-}
-
-KnownHits knownHits(FileDescription& description, Counting counting, std::uint16_t recordedTypes, bool kept) {
-    KnownHits known = noKnownHits;
-    for (const ItemKind kind : itemKinds) {
-        const SeenHits& seen = seenHits(description, kind, counting);
-        KnownHits::Items& items = KnownHits::ofKeyword(known, KnownHits::startOfLine(kind));
-        const bool isRecorded = (recordedTypes & typesOfKind(kind)) != 0;
-        items.needed = static_cast<std::uint8_t>((isRecorded ? seen::plainHit : 0) | (kept ? seen::kept : 0));
-        items.plain = seen.plain.data();
-        items.counted = seen.counted.data();
-        items.size = static_cast<std::uint32_t>(counting == Counting::Accumulate ? seen.counted.size()
-                                                                                 : seen.plain.size());
-    }
-    return known;
 }
 
 } // namespace veldacov

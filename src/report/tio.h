@@ -12,13 +12,12 @@
 //   EI 13               the program met an error at run time
 //
 // Numbers are in the trace hexadecimal form. This is the only parser of these lines; the report and the path
-// trace each walk through a file with a cursor of their own.
+// trace each walk through a file with a cursor of their own. The loop over hit lines, where the time of a run goes, has a
+// header of its own (hit_lines.h).
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -39,6 +38,10 @@ LineKind lineKind(std::string_view keyword);
 constexpr std::string_view keywordOf(ItemKind kind) {
     return lineKeywords[static_cast<std::size_t>(LineKind::TP) + kindIndex(kind)];
 }
+
+// Hit lines as programs and cleaned traces write them: one blank between the fields, nothing behind the last but a line
+// end, which may have a carriage return. This is their length at most.
+constexpr std::size_t longestHitLine = 2 + 1 + 8 + 1 + 8 + 2;
 
 enum class ReadState : std::uint8_t {
     Recording,
@@ -110,49 +113,6 @@ PartKey readFilePart(TraceCursor& cursor);
 // `kind` is that of the line, TP to TE. The count is 1 in tests without counts.
 Hit readHit(TraceCursor& cursor, LineKind kind);
 
-// Items whose hits have been seen (see SeenHits), by the keyword of their hits.
-struct KnownHits {
-    struct Items {
-        const std::uint8_t* plain = nullptr;
-        std::uint32_t* counted = nullptr;
-        std::uint32_t size = 0;    // of the one that is used
-        std::uint32_t keyword = 0; // its two letters and the blank behind them, the first in the lowest place
-        ItemKind kind = ItemKind::Procedure;
-        std::uint8_t needed = 0; // bits that plain hits of known items have
-    };
-    // By the second letter of the keyword, whose last three bits tell the four letters apart.
-    std::array<Items, 8> byLetter{};
-
-    static constexpr std::uint32_t startOfLine(ItemKind kind) {
-        const auto letter = [kind](std::size_t i) {
-            return std::uint32_t{static_cast<unsigned char>(veldacov::keywordOf(kind)[i])};
-        };
-        return letter(0) | letter(1) << 8U | std::uint32_t{' '} << 16U;
-    }
-    template <typename Known>
-    static constexpr auto& ofKeyword(Known& known, std::uint32_t keyword) {
-        return known.byLetter[keyword >> 8U & 7U];
-    }
-};
-inline constexpr KnownHits noKnownHits = [] {
-    KnownHits known;
-    for (const ItemKind kind : itemKinds) {
-        const std::uint32_t keyword = KnownHits::startOfLine(kind);
-        KnownHits::ofKeyword(known, keyword) = {nullptr, nullptr, 0, keyword, kind, 0};
-    }
-    return known;
-}();
-// What is known of a description where hits are recorded for some coverage types, or kept for the cleaned trace.
-KnownHits knownHits(FileDescription& description, Counting counting, std::uint16_t recordedTypes, bool kept);
-
-// Takes the hit lines that stand next in their plain form, as programs write them (keyword, identifier, and a
-// count in counted tests; one blank between, no other characters), and calls take(hit) for each that is not of
-// a known item; the counts of known ones are put aside. Stops before any other line, and near the end of the
-// bytes in hand; what it leaves is read by nextTraceLine and means the same. Only for states that deliver hits,
-// with a current part. It goes forward through the bytes once: this is where the time of a run goes.
-template <typename Take>
-void takePlainHits(TraceCursor& cursor, const KnownHits& known, Take take);
-
 // The coverage types whose use lets a hit of this kind be recorded.
 constexpr std::uint16_t typesOfKind(ItemKind kind) {
     constexpr std::array<std::uint16_t, 4> types = {type::procedures | type::exits, type::calls,
@@ -160,93 +120,6 @@ constexpr std::uint16_t typesOfKind(ItemKind kind) {
                                                         type::logicalBlocks | type::atcBlocks,
                                                     type::basicConditions | type::compoundConditions};
     return types[kindIndex(kind)];
-}
-namespace detail {
-
-constexpr std::ptrdiff_t longestPlainHit = 2 + 1 + 8 + 1 + 8 + 2;
-
-constexpr std::uint32_t fourCharacters(const char* at) {
-    const auto byte = [at](std::size_t place) {
-        return std::uint32_t{static_cast<unsigned char>(at[place])};
-    };
-    return byte(0) | byte(1) << 8U | byte(2) << 16U | byte(3) << 24U;
-}
-constexpr std::uint32_t keywordMask = 0xFFFFFF;
-
-// Reads one to eight hexadecimal digits; null when there is none. A ninth digit is left standing.
-inline const char* takeHex(const char* at, std::uint32_t& value) {
-    int digit = hexDigitValues[static_cast<unsigned char>(*at)];
-    if (digit < 0) {
-        return nullptr;
-    }
-    value = static_cast<std::uint32_t>(digit);
-    for (unsigned shift = 4; shift < 32; shift += 4) {
-        digit = hexDigitValues[static_cast<unsigned char>(*++at)];
-        if (digit < 0) {
-            return at;
-        }
-        value |= static_cast<std::uint32_t>(digit) << shift;
-    }
-    return at + 1;
-}
-
-// The line behind a plain line end; null when there is none.
-inline const char* behindLineEnd(const char* at) {
-    if (*at == '\n') {
-        return at + 1;
-    }
-    return at[0] == '\r' && at[1] == '\n' ? at + 2 : nullptr;
-}
-
-template <bool counted>
-bool isKnown(const KnownHits::Items& items, std::uint32_t id, std::uint32_t count) {
-    if (id >= items.size) {
-        return false;
-    }
-    if constexpr (counted) {
-        std::uint32_t& aside = items.counted[id];
-        const bool known = aside != 0;
-        aside = known ? saturatingSum(aside, count) : 0;
-        return known;
-    } else {
-        return (items.plain[id] & items.needed) == items.needed;
-    }
-}
-
-// Gives the first line that it leaves.
-template <bool counted, typename Take>
-const char* takePlainHits(const char* line, const char* end, const KnownHits& known, Take take) {
-    while (end - line >= longestPlainHit) {
-        const std::uint32_t keyword = fourCharacters(line) & keywordMask;
-        const KnownHits::Items& items = KnownHits::ofKeyword(known, keyword);
-        std::uint32_t id = 0;
-        const char* at = items.keyword == keyword ? takeHex(line + 3, id) : nullptr;
-        std::uint32_t count = 1;
-        if (counted && at != nullptr) {
-            at = *at == ' ' ? takeHex(at + 1, count) : nullptr;
-        }
-        const char* nextLine = at != nullptr ? behindLineEnd(at) : nullptr;
-        if (nextLine == nullptr) {
-            break;
-        }
-        if (!isKnown<counted>(items, id, count)) {
-            take(Hit{items.kind, id, count});
-        }
-        line = nextLine;
-    }
-    return line;
-}
-
-} // namespace detail
-
-template <typename Take>
-void takePlainHits(TraceCursor& cursor, const KnownHits& known, Take take) {
-    const char* const buffer = cursor.stream.buffer.get();
-    const char* const line = buffer + cursor.stream.begin;
-    const char* const end = buffer + cursor.stream.end;
-    const char* const left = cursor.countOriented ? detail::takePlainHits<true>(line, end, known, take)
-                                                  : detail::takePlainHits<false>(line, end, known, take);
-    cursor.stream.begin = static_cast<std::size_t>(left - buffer);
 }
 
 } // namespace veldacov

@@ -38,9 +38,13 @@ std::pmr::memory_resource& blockSource() {
     return source;
 }
 
+Arena::Arena() {
+    blockSource();
+}
+
 Arena::~Arena() {
     for (const Block& block : blocks_) {
-        source_.deallocate(block.start, block.size);
+        blockSource().deallocate(block.start, block.size);
     }
 }
 
@@ -60,7 +64,7 @@ void* Arena::allocateInNextBlock(std::size_t size, std::size_t alignment) {
     if (block == blocks_.size()) {
         blocks_.reserve(blocks_.size() + 1);
         const std::size_t taken = std::max(nextSize_, needed);
-        blocks_.push_back({static_cast<std::byte*>(source_.allocate(taken)), taken});
+        blocks_.push_back({static_cast<std::byte*>(blockSource().allocate(taken)), taken});
         nextSize_ += nextSize_ / 2;
     }
     current_ = block;

@@ -44,7 +44,7 @@ public:
         std::byte* next = nullptr; // null: before the first block
     };
 
-    Arena() = default;
+    Arena(); // the source of its blocks is there before it, and so outlives it
     ~Arena() override;
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
@@ -104,8 +104,6 @@ private:
     }
     void* allocateInNextBlock(std::size_t size, std::size_t alignment);
 
-    // Asked for when the arena begins, so that an arena that lives until the end of the program goes before its source.
-    std::pmr::memory_resource& source_ = blockSource();
     std::vector<Block> blocks_;
     std::size_t nextSize_ = std::size_t{64} * 1024; // of a new block, unless more is asked for
     std::size_t current_ = 0;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <utility>
 
 #include "support/machine.h"
 
@@ -34,15 +35,19 @@ void moveToStart(InputFile& input, std::size_t size) {
 
 // Reads more bytes behind those in hand; false at the end of the file.
 bool refill(InputFile& input) {
-    if (input.atEnd) { // what a read error has ended stays ended
+    if (input.atEnd) { // what has ended stays ended, also when somebody writes more
         return false;
     }
     const bool isFull = input.end - input.begin == input.size;
     moveToStart(input, isFull ? std::max(initialBufferSize, 2 * input.size) : input.size);
-    const std::size_t count =
+    const std::optional<std::size_t> count =
         platform::readSome(input.file.number(), input.buffer.get() + input.end, input.size - input.end);
-    input.end += count;
-    return count > 0;
+    if (!count) {
+        fatalError(
+            filled(translate("Fatal Error", "Cannot read file %1", "%1 is a file name"), {input.name}));
+    }
+    input.end += *count;
+    return *count > 0;
 }
 
 void takeLine(InputFile& input, std::size_t length, Line& line) {
@@ -67,10 +72,6 @@ bool takeLastLine(InputFile& input, Line& line) {
     const std::size_t length = input.end - input.begin;
     takeLine(input, length, line);
     return length > 0 && line.end[-1] == '\r';
-}
-
-int decimalDigit(char character) {
-    return character >= '0' && character <= '9' ? character - '0' : -1;
 }
 
 std::uint32_t decimalNumber(std::string_view text, std::string_view fileName) {
@@ -144,8 +145,18 @@ std::uint32_t bigEndianWord(std::string_view text, std::size_t offset) {
 
 InputFile openInput(const std::string& path) {
     InputFile input;
+    input.name = path;
     input.file = platform::openForReading(path);
     return input;
+}
+
+InputFile openRegularInput(const std::string& path) {
+    const std::optional<platform::FileStatus> status = platform::fileStatus(path);
+    return status && status->kind == platform::FileKind::Regular ? openInput(path) : InputFile{};
+}
+
+void rewindInput(InputFile& input) {
+    input.begin = 0;
 }
 
 bool readLine(InputFile& input, Line& line) {
@@ -193,6 +204,15 @@ bool readRawLine(InputFile& input, std::string_view& line) {
             return !line.empty();
         }
     }
+}
+
+std::string_view readBytes(InputFile& input) {
+    if (input.begin == input.end && !refill(input)) {
+        input.atEnd = true;
+        return {};
+    }
+    const std::size_t begin = std::exchange(input.begin, input.end);
+    return {input.buffer.get() + begin, input.end - begin};
 }
 
 std::optional<char> readCharacter(InputFile& input) {

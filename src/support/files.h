@@ -14,8 +14,9 @@
 
 namespace veldacov {
 
-// A file being read through one large buffer.
+// A file being read through one large buffer. A read that fails is a fatal error that names the file.
 struct InputFile {
+    std::string name;
     platform::Descriptor file;
     std::unique_ptr<char[]> buffer;
     std::size_t size = 0;  // of the buffer
@@ -26,8 +27,12 @@ struct InputFile {
     [[nodiscard]] bool isOpen() const { return file.isOpen(); }
 };
 
-// Opens a file to read; not open afterwards when it cannot be read.
+// Opens a file to read, of any kind but a directory; not open afterwards when it cannot be read.
 InputFile openInput(const std::string& path);
+// The same for regular files only.
+InputFile openRegularInput(const std::string& path);
+// Goes back to the start of a file of which at most one line has been read.
+void rewindInput(InputFile& input);
 
 // The line being read: its text with the terminator, and how far the tokenizers have come. The text lies in
 // the buffer of its file and is valid until the next read from that file.
@@ -45,6 +50,9 @@ bool readLine(InputFile& input, Line& line);
 // the file. The text is valid until the next read.
 bool readRawLine(InputFile& input, std::string_view& line);
 
+// The next bytes, at least one; empty at the end of the file. Valid until the next read.
+std::string_view readBytes(InputFile& input);
+
 // The next byte, none at the end of the file.
 std::optional<char> readCharacter(InputFile& input);
 
@@ -58,6 +66,11 @@ inline constexpr std::array<std::int16_t, 256> hexDigitValues = [] {
     }
     return values;
 }();
+
+// The same for decimal digits.
+constexpr int decimalDigit(char character) {
+    return character >= '0' && character <= '9' ? character - '0' : -1;
+}
 
 // The readers of number fields. `text` is the field (none when the line had no more), `fileName` stands in
 // the messages. An absent or malformed number is a fatal error.

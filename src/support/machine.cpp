@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 
 #include "support/platform.h"
+#include "support/shown_text.h"
 
 namespace veldacov {
 
@@ -25,6 +26,9 @@ Identity& identity() {
 }
 
 ProgramEnd replacedEnd = nullptr;
+void (*beforeMessages)() = nullptr;
+std::size_t complaints = 0;
+bool controlsEscaped = false;
 void (*saveOutputs)() = nullptr;
 
 // The last message when memory runs out, made while there is some. It stands from the start, untranslated.
@@ -51,11 +55,31 @@ constexpr std::array<TranslatableText, 5> messagePrefixes = {{
         "Used for information messages%1:product name\n%2: executable name\n%3: message to print"),
 }};
 
+QString shownMessage(const QString& message) {
+    if (!controlsEscaped) {
+        return message;
+    }
+    const std::string shown = shownText(toLocal(message));
+    return fromLocal(shown);
+}
+
 QString messageLine(MessageKind kind, const QString& message) {
     return translate("Display Message", messagePrefixes[static_cast<std::size_t>(kind)])
         .arg(identity().productName)
         .arg(identity().executableName)
-        .arg(message);
+        .arg(shownMessage(message));
+}
+
+void printMessage(const QString& lines) {
+    if (beforeMessages != nullptr) {
+        beforeMessages();
+    }
+    writeStandardError(lines);
+}
+
+void complain(MessageKind kind, const QString& message) {
+    ++complaints;
+    printMessage(messageLine(kind, message));
 }
 
 QString internalErrorText(const QString& message, const char* sourceFile, unsigned line) {
@@ -94,6 +118,7 @@ QString filled(QString text, std::initializer_list<std::string_view> values) {
 }
 
 QString fromLocal(std::string_view bytes) {
+    // cppcheck-suppress invalidLifetime ; the result has characters of its own
     return QString::fromLocal8Bit(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
 
@@ -102,25 +127,37 @@ std::string toLocal(const QString& text) {
 }
 
 void fatalError(const QString& message) {
-    writeStandardError(messageLine(MessageKind::Fatal, message));
+    printMessage(messageLine(MessageKind::Fatal, message));
     endProgram(ExitStatus::FatalError);
 }
 
 void internalError(const QString& message, const char* sourceFile, unsigned line) {
-    writeStandardError(internalErrorText(message, sourceFile, line));
+    printMessage(internalErrorText(message, sourceFile, line));
     endProgram(ExitStatus::InternalError);
 }
 
 void userError(const QString& message) {
-    writeStandardError(messageLine(MessageKind::User, message));
+    complain(MessageKind::User, message);
 }
 
 void warningMessage(const QString& message) {
-    writeStandardError(messageLine(MessageKind::Warning, message));
+    complain(MessageKind::Warning, message);
 }
 
 void infoMessage(const QString& message) {
-    writeStandardError(messageLine(MessageKind::Info, message));
+    printMessage(messageLine(MessageKind::Info, message));
+}
+
+std::size_t complaintsSoFar() {
+    return complaints;
+}
+
+void escapeControlsInMessages() {
+    controlsEscaped = true;
+}
+
+void setBeforeMessages(void (*makeRoom)()) {
+    beforeMessages = makeRoom;
 }
 
 void writeStandardError(const QString& text) {

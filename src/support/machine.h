@@ -49,6 +49,14 @@ void userError(const QString& message);
 void warningMessage(const QString& message);
 void infoMessage(const QString& message);
 
+// How many warnings and errors have been printed.
+std::size_t complaintsSoFar();
+
+// From now on, control characters in messages are shown escaped (shown_text.h).
+void escapeControlsInMessages();
+// Names what makes room for a message on a terminal, and is called before each; null: nothing.
+void setBeforeMessages(void (*makeRoom)());
+
 // Writes a finished text to standard error, unchanged.
 void writeStandardError(const QString& text);
 

@@ -92,6 +92,21 @@ void OutputFile::putRate(double rate, std::size_t width) {
     putPadded({digits.data(), end}, width);
 }
 
+void OutputFile::putRate(float rate, std::size_t width) {
+    // Ten times a number of single precision is exact in double precision, and so is its half more: what has to be
+    // rounded is known exactly.
+    const double tenthsAndHalf = static_cast<double>(rate) * 10 + 0.5;
+    auto tenths = static_cast<std::uint32_t>(tenthsAndHalf);
+    if (tenths == tenthsAndHalf) { // just between two
+        tenths &= ~1U;
+    }
+    std::array<char, 8> digits{};
+    char* at = std::to_chars(digits.data(), digits.data() + digits.size(), tenths / 10).ptr;
+    *at++ = '.';
+    *at++ = static_cast<char>('0' + tenths % 10);
+    putPadded({digits.data(), at}, width);
+}
+
 void OutputFile::putPadded(std::string_view digits, std::size_t width) {
     for (std::size_t column = digits.size(); column < width; ++column) {
         put(' ');
@@ -127,6 +142,14 @@ void saveOpenOutputs() noexcept {
     for (OutputFile* output : openOutputs) {
         if (output != nullptr) {
             output->save();
+        }
+    }
+}
+
+void flushOpenOutputs() {
+    for (OutputFile* output : openOutputs) {
+        if (output != nullptr) {
+            output->flush();
         }
     }
 }

@@ -40,10 +40,13 @@ public:
     void put(char character) { put(std::string_view(&character, 1)); }
     // Appends a number in decimal, padded with blanks on the left to `width`.
     void putNumber(std::uint32_t number, std::size_t width = 0);
-    // Appends a number with one decimal, padded with blanks on the left to `width`.
+    // Appends a number with one decimal, the nearest one (of two the even one), padded with blanks on the left to
+    // `width`. In single precision it is from 0 to 100, and several times as fast.
     void putRate(double rate, std::size_t width = 0);
+    void putRate(float rate, std::size_t width = 0);
 
-    // Writes what is buffered and closes the file. A file that is not complete is a fatal error.
+    // Writes what is buffered, and closes the file in the end. A file that is not complete is a fatal error.
+    void flush();
     void finish();
     // Writes what is buffered without closing; true when all went out. Safe inside a signal handler.
     bool save() noexcept;
@@ -51,7 +54,6 @@ public:
 private:
     void putInPieces(std::string_view text);
     void putPadded(std::string_view digits, std::size_t width);
-    void flush();
 
     platform::Descriptor file_;
     std::string name_;
@@ -78,5 +80,7 @@ void putLine(OutputFile& out, const Pieces&... pieces) {
 
 // Writes what every open output holds, without closing it and without reporting.
 void saveOpenOutputs() noexcept;
+// The same in a run that goes on: an output that is not complete is a fatal error.
+void flushOpenOutputs();
 
 } // namespace veldacov

@@ -21,6 +21,8 @@ namespace veldacov::platform {
 namespace {
 
 constexpr mode_t newFileMode = 0666;
+constexpr mode_t ownFileMode = 0600;
+constexpr const char* nullDevice = "/dev/null";
 constexpr std::size_t crashStackSize = std::size_t{64} * 1024;
 constexpr std::array crashSignals = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr std::array endingSignals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
@@ -49,10 +51,10 @@ void onCrash(int) {
     _exit(crash.status);
 }
 
-Descriptor openFile(const std::string& path, int flags) {
+Descriptor openFile(const std::string& path, int flags, mode_t mode = newFileMode) {
     int number = -1;
     do {
-        number = ::open(path.c_str(), flags | O_CLOEXEC, newFileMode);
+        number = ::open(path.c_str(), flags | O_CLOEXEC, mode);
     } while (number < 0 && errno == EINTR);
     return Descriptor(number);
 }
@@ -75,12 +77,31 @@ std::size_t writeThrough(std::string_view bytes, Call write) {
 }
 
 template <typename Call>
-std::size_t readThrough(Call read) {
+std::optional<std::size_t> readThrough(Call read) {
     ssize_t count = 0;
     do {
         count = read();
     } while (count < 0 && errno == EINTR);
-    return count > 0 ? static_cast<std::size_t>(count) : 0;
+    return count >= 0 ? std::optional(static_cast<std::size_t>(count)) : std::nullopt;
+}
+
+bool isNullDevice(const struct stat& status) {
+    struct stat null {};
+    return ::stat(nullDevice, &null) == 0 && S_ISCHR(null.st_mode) && status.st_rdev == null.st_rdev;
+}
+
+FileKind kindOf(const struct stat& status) {
+    switch (status.st_mode & S_IFMT) {
+    case S_IFREG: return FileKind::Regular;
+    case S_IFDIR: return FileKind::Directory;
+    case S_IFIFO: return FileKind::Pipe;
+    case S_IFCHR: return isNullDevice(status) ? FileKind::NullDevice : FileKind::Other;
+    default: return FileKind::Other;
+    }
+}
+
+FileStatus statusOf(const struct stat& status) {
+    return {status.st_mtime, kindOf(status), {status.st_dev, status.st_ino, {}}};
 }
 
 } // namespace
@@ -136,29 +157,45 @@ ExclusiveCreation createExclusively(const std::string& path) {
     return creation;
 }
 
-Descriptor duplicate(int descriptor) {
-    return Descriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+Descriptor createUnnamed(const std::string& directory) {
+    Descriptor file = openFile(directory, O_RDWR | O_TMPFILE, ownFileMode);
+    if (!file.isOpen()) { // a file system that cannot have files without a name: take the name away
+        std::string name = directory + "/veldacov-XXXXXX";
+        file = Descriptor(::mkostemp(name.data(), O_CLOEXEC));
+        if (file.isOpen()) {
+            removeFile(name);
+        }
+    }
+    return file;
 }
 
-bool isSameFile(const std::string& left, const std::string& right) {
-    std::error_code failure;
-    return std::filesystem::equivalent(left, right, failure);
+bool isTerminal(int descriptor) {
+    return ::isatty(descriptor) == 1;
+}
+
+Descriptor duplicate(int descriptor) {
+    return Descriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
 bool removeFile(const std::string& path) {
     return ::unlink(path.c_str()) == 0;
 }
 
-std::size_t readSome(int descriptor, char* into, std::size_t size) {
+void rewindFile(int descriptor) {
+    static_cast<void>(::lseek(descriptor, 0, SEEK_SET));
+}
+
+std::optional<std::size_t> readSome(int descriptor, char* into, std::size_t size) {
     return readThrough([&] { return ::read(descriptor, into, size); });
 }
 
 std::size_t readAt(int descriptor, std::uint64_t position, char* into, std::size_t size) {
     std::size_t done = 0;
     while (done < size) {
-        const std::size_t count = readThrough([&] {
+        const auto read = [&] {
             return ::pread(descriptor, into + done, size - done, static_cast<off_t>(position + done));
-        });
+        };
+        const std::size_t count = readThrough(read).value_or(0);
         if (count == 0) {
             break;
         }
@@ -180,8 +217,8 @@ std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view byt
     });
 }
 
-void cutFile(int descriptor, std::uint64_t length) {
-    static_cast<void>(::ftruncate(descriptor, static_cast<off_t>(length)) == 0);
+bool cutFile(int descriptor, std::uint64_t length) {
+    return ::ftruncate(descriptor, static_cast<off_t>(length)) == 0;
 }
 
 std::optional<std::uint64_t> fileLength(int descriptor) {
@@ -197,7 +234,30 @@ std::optional<FileStatus> fileStatus(const std::string& path) {
     if (::stat(path.c_str(), &status) != 0) {
         return std::nullopt;
     }
-    return FileStatus{status.st_mtime};
+    return statusOf(status);
+}
+
+std::optional<FileStatus> fileStatus(int descriptor) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0) {
+        return std::nullopt;
+    }
+    return statusOf(status);
+}
+
+std::optional<FilePlace> placeOfMissing(const std::string& path) {
+    constexpr int mostLinks = 40; // as many as the system follows
+    std::filesystem::path end = path;
+    std::error_code failure;
+    for (int links = 0; links < mostLinks && std::filesystem::is_symlink(end, failure); ++links) {
+        end = end.parent_path() / std::filesystem::read_symlink(end, failure);
+    }
+    const std::string directory = end.has_parent_path() ? end.parent_path().string() : ".";
+    const std::optional<FileStatus> found = fileStatus(directory);
+    if (!found || found->kind != FileKind::Directory) {
+        return std::nullopt;
+    }
+    return FilePlace{found->place.device, found->place.number, end.filename().string()};
 }
 
 std::tm localTime(std::int64_t secondsSince1970) {
@@ -239,8 +299,11 @@ std::string systemErrorText() {
 void reserveStandardDescriptors() {
     for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
         if (::fcntl(number, F_GETFD) == -1 && errno == EBADF) {
-            // The lowest free number is `number` itself. Opened for reading only: a write must still fail.
-            static_cast<void>(::open("/dev/null", O_RDONLY));
+            // The lowest free number is `number` itself. A write must still fail: the null device is opened for
+            // reading only, and where there is none, the root directory takes its place, for neither.
+            if (::open(nullDevice, O_RDONLY) < 0) {
+                static_cast<void>(::open("/", O_PATH));
+            }
         }
     }
 }

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace veldacov::platform {
 
@@ -33,7 +34,7 @@ private:
     int number_ = -1;
 };
 
-// Opens an existing file for reading; none when it cannot be read or is a directory.
+// Opens an existing file for reading; none when it cannot be read or is a directory. A pipe waits for its writer.
 Descriptor openForReading(const std::string& path);
 // Opens for writing, created when missing; truncated, or written at its end.
 Descriptor createForWriting(const std::string& path);
@@ -47,33 +48,56 @@ struct ExclusiveCreation {
     bool existedAlready = false;
 };
 ExclusiveCreation createExclusively(const std::string& path);
+// Creates a file without a name in a directory, for reading and writing; it is gone when it is closed.
+Descriptor createUnnamed(const std::string& directory);
 // Descriptors that every process starts with.
 constexpr int standardOutput = 1;
 constexpr int standardError = 2;
+bool isTerminal(int descriptor);
 // A descriptor of its own for an open file.
 Descriptor duplicate(int descriptor);
-// True when both names lead to one existing file.
-bool isSameFile(const std::string& left, const std::string& right);
 bool removeFile(const std::string& path);
+// Goes back to the start of a file.
+void rewindFile(int descriptor);
 
-// Reads up to `size` bytes; 0 at the end of the file, and also after a read error: both end the data.
-std::size_t readSome(int descriptor, char* into, std::size_t size);
-// Reads at a position; as readSome otherwise.
+// Reads up to `size` bytes; 0 at the end of the file, none after a read error.
+std::optional<std::size_t> readSome(int descriptor, char* into, std::size_t size);
+// Reads at a position, up to the end of the file or a read error.
 std::size_t readAt(int descriptor, std::uint64_t position, char* into, std::size_t size);
 // Writes all bytes at the descriptor's place; false when one could not be written.
 bool writeAll(int descriptor, std::string_view bytes);
 // Writes bytes at a position, in one call where the system allows it; gives how many were written.
 std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view bytes);
-// Ends the file at a length, as far as the system allows it.
-void cutFile(int descriptor, std::uint64_t length);
+// Ends the file at a length; false when the system does not allow it.
+bool cutFile(int descriptor, std::uint64_t length);
 // Length of the file in bytes; none when the system does not tell.
 std::optional<std::uint64_t> fileLength(int descriptor);
 
+// Other: devices, but for the null device, and sockets.
+enum class FileKind : std::uint8_t { Regular, Directory, Pipe, NullDevice, Other };
+// What tells files apart, whatever names lead to them: an existing one its device and number there; a missing one,
+// with a name, those of the directory where it would be.
+struct FilePlace {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    std::string missingName;
+
+    bool operator<(const FilePlace& other) const {
+        return std::tie(device, number, missingName) <
+               std::tie(other.device, other.number, other.missingName);
+    }
+};
 struct FileStatus {
     std::int64_t modificationTime = 0; // seconds since 1970
+    FileKind kind = FileKind::Other;
+    FilePlace place;
 };
 // None when the file cannot be examined.
 std::optional<FileStatus> fileStatus(const std::string& path);
+std::optional<FileStatus> fileStatus(int descriptor);
+// The place where a missing file would be created, at the end of symbolic links that lead nowhere yet; none without
+// a directory.
+std::optional<FilePlace> placeOfMissing(const std::string& path);
 
 // An instant (seconds since 1970) in the time zone of the user.
 std::tm localTime(std::int64_t secondsSince1970);

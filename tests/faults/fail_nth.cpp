@@ -1,9 +1,10 @@
 // Preloaded into the program: lets one of its calls fail, and stops its clock so that runs can be compared.
 //
-//   FAULT_KIND  allocation, write, read, close or open; nothing fails without it
+//   FAULT_KIND  allocation, write, read, close or open; null: opening the null device; nothing fails without it
 //   FAULT_AT    which call of the kind, the first being 1; 0 only counts
 //   FAULT_HOW   on: this call and all later ones fail; once: only this one; short: it does half of its work;
-//               part: half of its work, and all later ones fail; interrupt: a signal came before it
+//               part: half of its work, and all later ones fail; torn: half of its work, and the next one fails;
+//               interrupt: a signal came before it
 //   FAULT_LOG   where the file of each failing call is noted ("at OFFSET FILE"), and at the end "calls NUMBER"
 //
 // Counting starts at main: the loader is not meant. Messages on standard error do not count either; nothing is left
@@ -53,10 +54,13 @@ Fate fateOf(const char* callKind) {
         return Fate::Done;
     }
     if (calls > failAt) {
-        return std::strcmp(how, "on") == 0 || std::strcmp(how, "part") == 0 ? Fate::Fails : Fate::Done;
+        const bool tornNow = std::strcmp(how, "torn") == 0 && calls == failAt + 1;
+        return tornNow || std::strcmp(how, "on") == 0 || std::strcmp(how, "part") == 0 ? Fate::Fails
+                                                                                       : Fate::Done;
     }
     switch (*how) {
     case 's':
+    case 't':
     case 'p': return Fate::Halved;
     case 'i': return Fate::Interrupted;
     default: return Fate::Fails;
@@ -102,7 +106,7 @@ Result failing(const char* callKind, int error, int descriptor, std::size_t size
 }
 
 int openOrFail(int directory, const char* path, int flags, mode_t mode) {
-    const Fate fate = fateOf("open");
+    const Fate fate = fateOf(std::strcmp(path, "/dev/null") == 0 ? "null" : "open");
     if (fate != Fate::Done) {
         note("at 0 ", 5);
         note(path, std::strlen(path));

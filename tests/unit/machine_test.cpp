@@ -71,20 +71,5 @@ TEST(Machine, EnvironmentVariables) {
               fatalAccount("Environment variable not defined: VELDACOV_TEST"));
 }
 
-TEST(Machine, LanguageOfTheReport) {
-    const auto french = [](const char* value, const char* account) {
-        ::setenv("VELDACOV_LAN", value, 1);
-        bool answer = false;
-        EXPECT_EQ(accountOf([&] { answer = reportInFrench(); }), account) << value;
-        return answer;
-    };
-    const char* warning =
-        "WARNING: VELDACOV_LAN environment variable is badly defined,choice in GB (default), FR or FA\n";
-    EXPECT_TRUE(french("FR", "") && french("FA", ""));
-    EXPECT_FALSE(french("GB", "") || french("fr", warning) || french("FR ", warning) || french("", warning));
-    ::unsetenv("VELDACOV_LAN");
-    EXPECT_EQ(accountOf([] { EXPECT_FALSE(reportInFrench()); }), "");
-}
-
 } // namespace
 } // namespace veldacov::test

@@ -123,7 +123,7 @@ TEST_F(ModelTest, AnItemIsCoveredOncePerTestAndOnceOverall) {
             countHit(service, record, type, 1, Counting::Accumulate);
             EXPECT_EQ(service.testCovered, once) << type;
             EXPECT_EQ(service.globalCovered, once) << type;
-            EXPECT_EQ(record.flags, 0x11);
+            EXPECT_EQ(record.flags, hitFlag | everHit | hitInTest);
             resetTestCounts();
             EXPECT_EQ(service.testCovered, CoverageCounters{});
             EXPECT_EQ(std::pair(record.testHits, record.globalHits), std::pair(0U, 2U));

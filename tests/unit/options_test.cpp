@@ -1,8 +1,12 @@
 #include "driver/argscov.h"
 
+#include <random>
 #include <sstream>
+#include <utility>
+#include <vector>
 
-#include "driver/banner.h"
+#include <QDir>
+
 #include "unit/test_support.h"
 
 namespace veldacov::test {
@@ -34,13 +38,22 @@ protected:
 };
 
 TEST_F(Options, CoverageTypes) {
-    std::istringstream cases(
-        "-PROC 1 -PROC= 1 -PROC=RET 3 -pr=ret 3 -PROC=RETURN 3 -NOPROC 0 -CALL 4 -ca 4 -NOCALL 0 -BLOCK 18 "
-        "-BLOCK=IMPLICIT 38 -BLOCK=DECISION 38 -BLOCK=LOGICAL 78 -BLOCK=ATC f8 -NOBLOCK 0 -COND 100 -CO 100 "
-        "-COND=MODIFIED 300 -COND=MODIFIEDX 300 -COND=COMPOUND 700 -NOCOND 0");
-    std::string word;
-    for (std::uint16_t types = 0; cases >> word >> std::hex >> types;) {
-        EXPECT_EQ(analysed("a " + word).coverageTypes, types) << word;
+    const std::vector<std::pair<std::uint16_t, std::vector<std::string>>> table = {
+        {0x000, {"-NOPROC", "-NOCALL", "-NOBLOCK", "-NOCOND"}},
+        {0x001, {"-PROC", "-PROC="}},
+        {0x003, {"-PROC=RET", "-pr=ret", "-PROC=RETURN"}},
+        {0x004, {"-CALL", "-ca"}},
+        {0x018, {"-BLOCK"}},
+        {0x038, {"-BLOCK=IMPLICIT", "-BLOCK=DECISION"}},
+        {0x078, {"-BLOCK=LOGICAL"}},
+        {0x0f8, {"-BLOCK=ATC"}},
+        {0x100, {"-COND", "-CO"}},
+        {0x300, {"-COND=MODIFIED", "-COND=MODIFIEDX"}},
+        {0x700, {"-COND=COMPOUND"}}};
+    for (const auto& [types, words] : table) {
+        for (const std::string& word : words) {
+            EXPECT_EQ(analysed("a " + word).coverageTypes, types) << word;
+        }
     }
     EXPECT_EQ(analysed("a -PROC=RET -CALL -NOBLOCK -COND=COMPOUND").coverageTypes, 0x707);
 }
@@ -126,6 +139,52 @@ TEST_F(Options, PatternsNameTheFilesOfTheirDirectory) {
     std::filesystem::current_path(before);
 }
 
+// Whatever stands in a name, it finds what the toolkit's own search of the directory gives, in its order.
+TEST_F(Options, NamesFindWhatTheToolkitFinds) {
+    const std::vector<std::string> letters = {
+        "a", "A", "b", "B", "s", "S", "\u017f", "k",  "\u212a", "\u00e9", "\u00c9",
+        ":", ";", " ", "(", "+", ".", "]",      "\\", "\u03c2", "\u03a3", "\u00df"};
+    std::mt19937 random(11);
+    const auto below = [&random](std::size_t end) { return random() % end; };
+    const auto word = [&](std::size_t mostLetters, std::size_t alphabet) {
+        std::string text;
+        for (std::size_t rest = 1 + below(mostLetters); rest > 0; --rest) {
+            text += letters[below(alphabet)];
+        }
+        return text;
+    };
+    for (const std::size_t alphabet : {std::size_t{4}, letters.size()}) {
+        const std::string folder = "d" + std::to_string(alphabet);
+        std::filesystem::create_directory(path(folder));
+        for (int file = 0; file < 150; ++file) {
+            write(folder + "/" + word(3, alphabet), "");
+        }
+        for (int round = 0; round < 150; ++round) {
+            std::string name = word(3, alphabet);
+            for (std::size_t more = below(3) * below(15); more > 0; --more) {
+                name += (round % 2 == 0 ? ";" : " ") + word(3, alphabet);
+            }
+            name += std::vector<std::string>{"", "", "", "*", "?", "[ab]"}[below(6)];
+            const std::string value = path(folder + "/" + name);
+            const QStringList entries =
+                QDir(QString::fromStdString(path(folder)), QString::fromStdString(name)).entryList();
+            std::vector<std::string> expected;
+            for (const QString& entry : entries) {
+                const std::string file = path(folder) + "/" + entry.toStdString();
+                if (std::filesystem::is_regular_file(file)) {
+                    expected.push_back(file);
+                }
+            }
+            if (entries.isEmpty()) {
+                expected.push_back(value);
+            }
+            CoverageOptions options;
+            EXPECT_TRUE(analyseCommandLine({"veldacov", value}, options));
+            EXPECT_EQ(options.inputFiles, expected) << name;
+        }
+    }
+}
+
 TEST_F(Options, AMalformedCommandLineSetsNothing) {
     const std::string missing = path("missing");
     EXPECT_FALSE(analysed("a -OUTPUT=o -ZZ", false).outputFile);
@@ -133,15 +192,6 @@ TEST_F(Options, AMalformedCommandLineSetsNothing) {
     EXPECT_FALSE(analysed("a -OUTPUT=o @" + missing, false).outputFile);
     EXPECT_EQ(account.substr(0, account.find('\n')),
               "Orbis(R) Norvik Command analysis : File not found " + missing);
-}
-
-TEST(Version, Requests) {
-    for (const char* word : {"-V", "-v", "-Ver", "-VERSION", "-versio"}) {
-        EXPECT_TRUE(isVersionRequest(word)) << word;
-    }
-    for (const char* word : {"", "-", "V", "VERSION", "-VERSIONS", "-VX", "--V", "-V=", "-E"}) {
-        EXPECT_FALSE(isVersionRequest(word)) << word;
-    }
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "support/output.h"
 
+#include <array>
 #include <csignal>
+#include <cstdio>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -33,6 +35,22 @@ TEST_F(Output, TextsNumbersAndRates) {
     out.finish();
     EXPECT_EQ(read("f"),
               large + "0  4294967295 text c7" + large + "\n  0.0  5.2 33.4 66.7 99.9100.0100.06.2");
+}
+
+TEST_F(Output, RatesOfSinglePrecisionAreRoundedLikeThoseOfDouble) {
+    OutputFile out = create("single");
+    std::string expected;
+    for (std::uint32_t total = 1; total <= 700; ++total) {
+        for (std::uint32_t hits = 0; hits <= total; ++hits) {
+            const auto rate = static_cast<float>(100.0 * hits / total);
+            out.putRate(rate, 5);
+            std::array<char, 16> text{};
+            expected.append(text.data(), static_cast<std::size_t>(std::snprintf(
+                                             text.data(), text.size(), "%5.1f", static_cast<double>(rate))));
+        }
+    }
+    out.finish();
+    EXPECT_TRUE(read("single") == expected);
 }
 
 TEST_F(Output, AnIncompleteFileIsAFatalErrorThatNamesIt) {

@@ -15,6 +15,7 @@
 #include "description/model.h"
 #include "description/name_pool.h"
 #include "support/machine.h"
+#include "support/run_files.h"
 
 namespace veldacov::test {
 
@@ -92,6 +93,7 @@ protected:
         initNamePool();
     }
     ~FreshProgram() override {
+        forgetRunFiles();
         freeAllDescriptions();
         freeNamePool();
         std::filesystem::remove_all(directory_);

@@ -1,0 +1,195 @@
+#include "marked_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <unordered_map>
+
+namespace veldacc {
+
+namespace {
+
+struct Marker {
+    std::uint32_t line = 0;
+    std::string name;
+    bool hasName = false;
+    bool enters = false;
+    bool returns = false;
+    bool system = false;
+};
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+std::string_view skipBlanks(std::string_view text) {
+    const std::size_t at = text.find_first_not_of(" \t");
+    return at == std::string_view::npos ? std::string_view{} : text.substr(at);
+}
+
+// Reads `"name"` with \" and \\ and octal escapes resolved.
+std::string_view readName(std::string_view rest, std::string& name) {
+    std::size_t i = 1;
+    for (; i < rest.size() && rest[i] != '"'; ++i) {
+        if (rest[i] == '\\' && i + 3 < rest.size() && isDigit(rest[i + 1]) && isDigit(rest[i + 2]) &&
+            isDigit(rest[i + 3])) {
+            name +=
+                static_cast<char>((rest[i + 1] - '0') * 64 + (rest[i + 2] - '0') * 8 + (rest[i + 3] - '0'));
+            i += 3;
+        } else {
+            if (rest[i] == '\\' && i + 1 < rest.size())
+                ++i;
+            name += rest[i];
+        }
+    }
+    return i < rest.size() ? rest.substr(i + 1) : std::string_view{};
+}
+
+// `# 12 "name" flags` and `#line 12 "name"`.
+std::optional<Marker> readMarker(std::string_view line) {
+    line = skipBlanks(line);
+    if (line.empty() || line[0] != '#')
+        return std::nullopt;
+    line = skipBlanks(line.substr(1));
+    if (line.starts_with("line"))
+        line = skipBlanks(line.substr(4));
+    if (line.empty() || !isDigit(line[0]))
+        return std::nullopt;
+    Marker marker;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), marker.line);
+    if (error != std::errc{})
+        return std::nullopt;
+    line = skipBlanks(line.substr(static_cast<std::size_t>(end - line.data())));
+    if (!line.empty() && line[0] == '"') {
+        marker.hasName = true;
+        line = readName(line, marker.name);
+    }
+    for (const char flag : line) {
+        marker.enters |= flag == '1';
+        marker.returns |= flag == '2';
+        marker.system |= flag == '3';
+    }
+    return marker;
+}
+
+std::vector<LineRenaming> readRenamings(const std::string& fileName) {
+    std::vector<LineRenaming> renamings;
+    std::ifstream file(fileName, std::ios::binary);
+    std::string line;
+    for (std::uint32_t number = 1; std::getline(file, line); ++number)
+        if (const std::optional<Marker> marker = readMarker(line))
+            renamings.push_back({number + 1, marker->line, marker->name});
+    return renamings;
+}
+
+struct Reader {
+    MarkedText& out;
+    std::unordered_map<std::string, std::uint32_t> nameIndex;
+    std::uint32_t current = noInstance;
+    std::string presumedName;
+};
+
+std::uint32_t indexOfName(Reader& reader, const std::string& name) {
+    const auto [at, isNew] =
+        reader.nameIndex.try_emplace(name, static_cast<std::uint32_t>(reader.out.names.size()));
+    if (isNew)
+        reader.out.names.push_back(name);
+    return at->second;
+}
+
+void followMarker(Reader& reader, const Marker& marker, std::uint32_t nextLine) {
+    MarkedText& out = reader.out;
+    if (reader.current == noInstance || marker.enters) {
+        out.instances.push_back({marker.name, reader.current, 0, marker.system});
+        reader.current = static_cast<std::uint32_t>(out.instances.size() - 1);
+    } else if (marker.returns && out.instances[reader.current].parent != noInstance) {
+        out.instances[reader.current].includeLine = marker.line > 0 ? marker.line - 1 : 0;
+        reader.current = out.instances[reader.current].parent;
+    }
+    if (marker.hasName)
+        reader.presumedName = marker.name;
+    out.spans.push_back(
+        {nextLine, reader.current, marker.line, indexOfName(reader, reader.presumedName), marker.system});
+}
+
+// The line that an editor shows for line `line` of what #line calls `name`: the latest renaming that covers it.
+std::uint32_t physicalLine(const std::vector<LineRenaming>& renamings, const std::string& fileName,
+                           const std::string& name, std::uint32_t line) {
+    std::string present = fileName;
+    std::uint32_t first = 1;  // physical line that the present naming begins with
+    std::uint32_t called = 1; // and what it is called
+    for (std::size_t i = 0; i <= renamings.size(); ++i) {
+        const std::uint32_t end = i < renamings.size() ? renamings[i].physicalLine : 0xFFFFFFFFU;
+        if (present == name && line >= called && line - called < end - first)
+            return first + (line - called);
+        if (i < renamings.size()) {
+            if (!renamings[i].name.empty())
+                present = renamings[i].name;
+            first = end;
+            called = renamings[i].line;
+        }
+    }
+    return line;
+}
+
+} // namespace
+
+MarkedText readMarkers(std::string text, const std::string& source) {
+    MarkedText out;
+    out.text = std::move(text);
+    Reader reader{out, {}, noInstance, {}};
+    const std::string_view all = out.text;
+    for (std::size_t at = 0; at < all.size();) {
+        out.lineStarts.push_back(static_cast<std::uint32_t>(at));
+        std::size_t end = all.find('\n', at);
+        end = end == std::string_view::npos ? all.size() : end;
+        if (all[at] == '#')
+            if (const std::optional<Marker> marker = readMarker(all.substr(at, end - at)))
+                followMarker(reader, *marker, static_cast<std::uint32_t>(end + 1));
+        at = end + 1;
+    }
+    if (!out.instances.empty())
+        out.instances[0].name = source; // some preprocessors begin with a name of their own
+    out.renamings.resize(out.instances.size());
+    std::vector<bool> renamed(out.instances.size());
+    for (const MarkedSpan& span : out.spans) {
+        const std::string& name = out.names[span.name];
+        if (name != out.instances[span.instance].name && !name.starts_with("<"))
+            renamed[span.instance] = true;
+    }
+    for (std::size_t i = 0; i < out.instances.size(); ++i)
+        if (renamed[i] || (i == 0 && !out.instances.empty()))
+            out.renamings[i] = readRenamings(out.instances[i].name);
+    return out;
+}
+
+Place placeAt(const MarkedText& text, std::uint32_t offset) {
+    const auto after =
+        std::upper_bound(text.spans.begin(), text.spans.end(), offset,
+                         [](std::uint32_t value, const MarkedSpan& span) { return value < span.offset; });
+    if (after == text.spans.begin())
+        return {};
+    const MarkedSpan& span = *(after - 1);
+    const auto lineOf = [&](std::uint32_t at) {
+        return std::upper_bound(text.lineStarts.begin(), text.lineStarts.end(), at) - text.lineStarts.begin();
+    };
+    const std::uint32_t line = span.line + static_cast<std::uint32_t>(lineOf(offset) - lineOf(span.offset));
+    const std::vector<LineRenaming>& renamings = text.renamings[span.instance];
+    return {span.instance,
+            renamings.empty()
+                ? line
+                : physicalLine(renamings, text.instances[span.instance].name, text.names[span.name], line),
+            span.system};
+}
+
+Place placeWithin(const MarkedText& text, Place place, std::uint32_t instance) {
+    while (place.instance != instance && place.instance != noInstance) {
+        const FileInstance& inner = text.instances[place.instance];
+        place = {inner.parent, inner.includeLine, place.system};
+    }
+    return place;
+}
+
+} // namespace veldacc

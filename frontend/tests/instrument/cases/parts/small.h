@@ -1,0 +1,4 @@
+static inline int small(int n)
+{
+    return n < 3;
+}

@@ -1,0 +1,2 @@
+#include "there is no such header.h"
+int gone;

@@ -1,0 +1,1 @@
+#define FROM_DIRECTORY 3

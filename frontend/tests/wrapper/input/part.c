@@ -1,0 +1,2 @@
+#include "part.h"
+int part(int a) { return a ? PART : -PART; }

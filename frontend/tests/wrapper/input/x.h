@@ -1,0 +1,1 @@
+static inline int twice(int a) { return a ? 2 * a : 0; }
