@@ -7,6 +7,8 @@
 #include <span>
 #include <utility>
 
+#include <QtGlobal>
+
 #include "description/condition_list.h"
 #include "description/pairs.h"
 #include "description/tokens.h"
@@ -18,6 +20,20 @@ namespace veldacov {
 namespace {
 
 constexpr unsigned wordBits = 64;
+
+// The fatal errors of a composition, in the order in which its line is read. %1 is the file.
+namespace fault {
+constexpr TranslatableText basicConditionCount = QT_TRANSLATE_NOOP3(
+    "fdcL-Error", "Bad number of basic condition in a composition in file %1", "%1 is a file name");
+constexpr TranslatableText caseCount =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad number of cases in a composition in file %1", "%1 is a file name");
+constexpr TranslatableText cases = QT_TRANSLATE_NOOP3(
+    "fdcL-Error", "Bad cases or expression in a composition in file %1", "%1 is a file name");
+constexpr TranslatableText frontier =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad frontier for a composition in file %1", "%1 is a file name");
+constexpr TranslatableText composition =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad composition in file %1", "%1 is a file name");
+} // namespace fault
 
 enum class NodeArity : std::uint8_t { Condition, Unary, Binary, Invalid };
 
@@ -103,13 +119,60 @@ std::uint64_t outcomeWord(const Expression& expression, std::uint64_t firstCase,
     return stack.back();
 }
 
-std::uint32_t requiredCondition(const Service& service, std::uint32_t id, std::string_view fileName) {
-    const std::optional<std::uint32_t> place = findCondition(service, id);
-    if (!place) {
-        fatalError(
-            filled(translate("fdcL-Error", "Bad composition in file %1", "%1 is a file name"), {fileName}));
+void require(bool holds, const TranslatableText& what, std::string_view fileName) {
+    if (!holds) {
+        fatalError(filled(translate("fdcL-Error", what), {fileName}));
     }
-    return *place;
+}
+
+// The fields of a CC line behind its identifier; nothing of them has been looked up.
+struct CompositionLine {
+    std::int16_t basicConditionCount = 0; // 1 or more; what does not fit wraps
+    std::vector<std::uint32_t> basicConditionIds;
+    std::uint32_t caseCount = 0;           // 1 or more
+    std::string_view cases;                // lies in the line, like an expression
+    std::optional<std::uint32_t> frontier; // none for an expression
+};
+
+CompositionLine readCompositionLine(Line& line, std::string_view fileName) {
+    const auto readNumber = [&] { return readDecimalValue(nextToken(line), fileName); };
+    CompositionLine read;
+    read.basicConditionCount = static_cast<std::int16_t>(readNumber());
+    require(read.basicConditionCount >= 1, fault::basicConditionCount, fileName);
+    for (std::int16_t i = 0; i < read.basicConditionCount; ++i) {
+        read.basicConditionIds.push_back(readNumber());
+    }
+    read.caseCount = readNumber();
+    require(read.caseCount != 0, fault::caseCount, fileName);
+    const std::optional<std::string_view> cases = nextToken(line);
+    require(cases.has_value(), fault::cases, fileName);
+    read.cases = *cases;
+    if (const std::optional<std::string_view> frontier = nextToken(line)) {
+        read.frontier = readDecimalValue(frontier, fileName);
+        require(read.frontier != expressionFrontier, fault::frontier, fileName);
+    }
+    return read;
+}
+
+// What the line says, without cases in the service.
+Composition compositionOf(const CompositionLine& read) {
+    Composition composition;
+    composition.basicConditionCount = read.basicConditionCount;
+    composition.basicConditionIds = recordMemory().keep<std::uint32_t>(read.basicConditionIds);
+    composition.caseCount = read.caseCount;
+    composition.frontier = read.frontier.value_or(expressionFrontier);
+    const std::size_t tableSize = read.basicConditionIds.size() * read.caseCount;
+    composition.cases = recordMemory().keep(read.frontier ? read.cases.substr(0, tableSize) : read.cases);
+    if (!read.frontier) {
+        composition.outcomes = CalculVector(composition.cases, composition.caseCount);
+    }
+    return composition;
+}
+
+const ConditionEntry& requiredCondition(const Service& service, std::uint32_t id, std::string_view fileName) {
+    const std::optional<std::uint32_t> place = findCondition(service, id);
+    require(place.has_value(), fault::composition, fileName);
+    return service.conditions[*place];
 }
 
 void appendCases(Service& service, Composition& composition, std::uint32_t id, std::uint32_t startLine,
@@ -184,57 +247,17 @@ std::uint64_t conditionWord(std::uint32_t condition, std::uint64_t firstCase) {
 
 void readComposition(Line& line, FileDescription& description, Service* service, std::uint32_t id,
                      std::string_view fileName) {
-    const auto readNumber = [&] { return readDecimalValue(nextToken(line), fileName); };
-    Composition composition;
-    composition.basicConditionCount = static_cast<std::int16_t>(readNumber());
-    if (composition.basicConditionCount < 1) {
-        fatalError(filled(translate("fdcL-Error", "Bad number of basic condition in a composition in file %1",
-                                    "%1 is a file name"),
-                          {fileName}));
-    }
-    const auto width = static_cast<std::size_t>(composition.basicConditionCount);
-    std::vector<std::uint32_t> basicConditionIds;
-    for (std::size_t i = 0; i < width; ++i) {
-        basicConditionIds.push_back(readNumber());
-    }
-    composition.basicConditionIds = recordMemory().keep<std::uint32_t>(basicConditionIds);
-    composition.caseCount = readNumber();
-    if (composition.caseCount == 0) {
-        fatalError(filled(
-            translate("fdcL-Error", "Bad number of cases in a composition in file %1", "%1 is a file name"),
-            {fileName}));
-    }
-    const std::optional<std::string_view> cases = nextToken(line);
-    if (!cases) {
-        fatalError(filled(translate("fdcL-Error", "Bad cases or expression in a composition in file %1",
-                                    "%1 is a file name"),
-                          {fileName}));
-    }
-    const std::optional<std::string_view> frontier = nextToken(line);
-    composition.frontier = frontier ? readDecimalValue(frontier, fileName) : expressionFrontier;
-    if (frontier && composition.frontier == expressionFrontier) {
-        fatalError(
-            filled(translate("fdcL-Error", "Bad frontier for a composition in file %1", "%1 is a file name"),
-                   {fileName}));
-    }
-    if (service == nullptr) {
-        fatalError(
-            filled(translate("fdcL-Error", "Bad composition in file %1", "%1 is a file name"), {fileName}));
-    }
-    const std::uint32_t first = requiredCondition(*service, composition.basicConditionIds.front(), fileName);
-    const std::uint32_t last = requiredCondition(*service, composition.basicConditionIds.back(), fileName);
+    const CompositionLine read = readCompositionLine(line, fileName);
+    require(service != nullptr, fault::composition, fileName);
+    const ConditionEntry first = requiredCondition(*service, read.basicConditionIds.front(), fileName);
+    const ConditionEntry last = requiredCondition(*service, read.basicConditionIds.back(), fileName);
 
-    const std::size_t tableSize = frontier ? width * composition.caseCount : cases->size();
-    composition.cases = recordMemory().keep(cases->substr(0, tableSize));
-    if (!frontier) {
-        composition.outcomes = CalculVector(composition.cases, composition.caseCount);
-    }
-    appendCases(*service, composition, id, service->conditions[first].startLine,
-                service->conditions[last].endLine);
+    Composition composition = compositionOf(read);
+    appendCases(*service, composition, id, first.startLine, last.endLine);
     service->counts[counter::compoundConditions] += composition.caseCount;
     description.conditionCount += composition.caseCount;
     computeModifiedConditions(service, &service->compositions.emplace_back(std::move(composition)));
-    service->counts[counter::modifiedConditions] += static_cast<std::uint32_t>(width);
+    service->counts[counter::modifiedConditions] += static_cast<std::uint32_t>(read.basicConditionIds.size());
 }
 
 std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32_t caseCount) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <initializer_list>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -18,6 +19,7 @@
 #include "support/files.h"
 #include "support/machine.h"
 #include "support/run_files.h"
+#include "support/tables.h"
 
 namespace veldacov {
 
@@ -134,6 +136,43 @@ constexpr std::array<MissingTypeWarning, 10> missingTypeWarnings = {{
                         "%1 is a file name")},
 }};
 
+// The fatal errors of a description, by what is wrong with it. %1 is the file, unless the comment says otherwise.
+namespace fault {
+constexpr TranslatableText noVersion =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "FDC file without any version string: %1", "%1 is a file name");
+constexpr TranslatableText otherVersion =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "%1 has been generated with an incompatible version of the product: %2",
+                       "%1 is a file name, %2 a version");
+constexpr TranslatableText noTokens =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "FDC file without any token string: %1", "%1 is a file name");
+constexpr TranslatableText headTooShort = {QT_TRANSLATE_NOOP("fdcL-Error", "Bad FDC file")};
+constexpr TranslatableText noSourceLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing FC in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noTimeLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing FD in FDC file %1", "%1 is a file name");
+constexpr TranslatableText timeLineTooLong =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Garbage at the end of FD line in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noTypesLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing TC in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noTypes =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing TC information in FDC file %1", "%1 is a file name");
+constexpr TranslatableText unknownType =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown coverage type in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noBody = {QT_TRANSLATE_NOOP("fdcL-Error", "No data in FDC")};
+constexpr TranslatableText unknownBigramme =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown bigramme %1 in FDC file %2", "%1 is the text, %2 a file name");
+constexpr TranslatableText unknownProcedureWord =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown tpr type in FDC file %1", "%1 is a file name");
+constexpr TranslatableText secondEntry =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name");
+constexpr TranslatableText unknownBlockWord =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown tb type in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noChecksumLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing DC in FDC file %1", "%1 is a file name");
+constexpr TranslatableText checksumLineTooLong = QT_TRANSLATE_NOOP3(
+    "fdcL-Error", "Garbage at the end of DC line checksum in FDC file %1", "%1 is a file name");
+} // namespace fault
+
 // Field descriptions of names, translated in the context "fdcL-Error" when one is missing.
 constexpr const char* sourceNameField = QT_TRANSLATE_NOOP("fdcL-Error", "src-file name in FDC file");
 constexpr const char* sourceDirectoryField =
@@ -164,9 +203,11 @@ constexpr std::array<BlockWord, 4> blockWords = {{{"simple", BlockKind::Simple},
                                                   {"logical", BlockKind::Logical},
                                                   {"atc", BlockKind::Atc}}};
 
-// A fatal error whose text names the description.
-[[noreturn]] void fileError(const FdcReader& reader, const QString& text) {
-    fatalError(filled(text, {reader.fileName}));
+[[noreturn]] void refuse(const TranslatableText& what, std::initializer_list<std::string_view> values) {
+    fatalError(filled(translate("fdcL-Error", what), values));
+}
+[[noreturn]] void refuse(const FdcReader& reader, const TranslatableText& what) {
+    refuse(what, {reader.fileName});
 }
 
 std::optional<std::string_view> next(FdcReader& reader) {
@@ -314,8 +355,7 @@ Item itemOf(const Service& service, std::uint32_t id) {
 
 void readEntry(FdcReader& reader, Service& service, std::uint32_t id) {
     if (service.entry) {
-        fatalError(filled(translate("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name"),
-                          {service.name->text}));
+        refuse(fault::secondEntry, {service.name->text});
     }
     auto entry = itemOf<CoverageItem>(service, id);
     readLines(reader, entry);
@@ -331,11 +371,9 @@ void readExit(FdcReader& reader, Service& service, std::uint32_t id, ExitKind ki
 }
 
 void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
-    const std::optional<std::string_view> word = next(reader);
-    const auto kind = std::find_if(procedureKinds.begin(), procedureKinds.end(),
-                                   [&](const ProcedureKind& candidate) { return candidate.word == word; });
-    if (kind == procedureKinds.end()) {
-        fileError(reader, translate("fdcL-Error", "Unknown tpr type in FDC file %1", "%1 is a file name"));
+    const ProcedureKind* kind = rowWith(procedureKinds, &ProcedureKind::word, next(reader));
+    if (kind == nullptr) {
+        refuse(reader, fault::unknownProcedureWord);
     }
     Service& service = nextService(reader, entityField);
     if (kind->isEntry) {
@@ -358,11 +396,9 @@ void readCall(FdcReader& reader, std::uint32_t id) {
 }
 
 void readBlock(FdcReader& reader, std::uint32_t id) {
-    const std::optional<std::string_view> word = next(reader);
-    const auto kind = std::find_if(blockWords.begin(), blockWords.end(),
-                                   [&](const BlockWord& candidate) { return candidate.word == word; });
-    if (kind == blockWords.end()) {
-        fileError(reader, translate("fdcL-Error", "Unknown tb type in FDC file %1", "%1 is a file name"));
+    const BlockWord* kind = rowWith(blockWords, &BlockWord::word, next(reader));
+    if (kind == nullptr) {
+        refuse(reader, fault::unknownBlockWord);
     }
     Service& service = nextService(reader, enclosingField);
     const std::optional<std::string_view> label = next(reader);
@@ -443,9 +479,7 @@ void readBodyLine(FdcReader& reader) {
         id = nextNumber(reader);
     }
     if (kind == bodyLines.end() || kind->read == nullptr) {
-        fatalError(filled(
-            translate("fdcL-Error", "Unknown bigramme %1 in FDC file %2", "%1 is the text, %2 a file name"),
-            {bigramme, reader.fileName}));
+        refuse(fault::unknownBigramme, {bigramme, reader.fileName});
     }
     kind->read(reader, id);
 }
@@ -458,7 +492,7 @@ bool startsChecksumLine(const Line& line) {
 // Reads body lines up to the DC line; false when the file ends before one.
 bool readBody(FdcReader& reader) {
     if (!readLine(reader.input, reader.line)) {
-        fatalError(translate("fdcL-Error", "No data in FDC"));
+        refuse(fault::noBody, {});
     }
     reader.currentService = nullptr;
     reader.listIsLent = false;
@@ -478,19 +512,14 @@ bool readBody(FdcReader& reader) {
 void readVersionLine(FdcReader& reader) {
     const std::optional<std::string_view> version = next(reader);
     if (!version) {
-        fileError(reader,
-                  translate("fdcL-Error", "FDC file without any version string: %1", "%1 is a file name"));
+        refuse(reader, fault::noVersion);
     }
     if (std::find(readableVersions.begin(), readableVersions.end(), *version) == readableVersions.end()) {
-        fatalError(filled(translate("fdcL-Error",
-                                    "%1 has been generated with an incompatible version of the product: %2",
-                                    "%1 is a file name, %2 a version"),
-                          {reader.fileName, *version}));
+        refuse(fault::otherVersion, {reader.fileName, *version});
     }
     std::optional<std::string_view> token = next(reader);
     if (!token || token->starts_with('#')) {
-        fileError(reader,
-                  translate("fdcL-Error", "FDC file without any token string: %1", "%1 is a file name"));
+        refuse(reader, fault::noTokens);
     }
     for (const NameEntry*& tokenString : reader.section->tokenStrings) {
         tokenString = internName(*token);
@@ -504,7 +533,7 @@ void readVersionLine(FdcReader& reader) {
 
 void readSourceLine(FdcReader& reader) {
     if (next(reader) != "FC") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing FC in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noSourceLine);
     }
     FileDescription& section = *reader.section;
     section.sourceName = nextName(reader, sourceNameField);
@@ -516,30 +545,26 @@ void readSourceLine(FdcReader& reader) {
 
 void readSourceTimeLine(FdcReader& reader) {
     if (next(reader) != "FD") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing FD in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noTimeLine);
     }
     reader.section->sourceTime = static_cast<std::int32_t>(readDecimalTime(next(reader), reader.fileName));
     if (next(reader)) {
-        fileError(reader, translate("fdcL-Error", "Garbage at the end of FD line in FDC file %1",
-                                    "%1 is a file name"));
+        refuse(reader, fault::timeLineTooLong);
     }
 }
 
 void readTypesLine(FdcReader& reader) {
     if (next(reader) != "TC") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing TC in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noTypesLine);
     }
     std::optional<std::string_view> code = next(reader);
     if (!code) {
-        fileError(reader, translate("fdcL-Error", "Bad or missing TC information in FDC file %1",
-                                    "%1 is a file name"));
+        refuse(reader, fault::noTypes);
     }
     for (; code; code = next(reader)) {
-        const auto known = std::find_if(typeCodes.begin(), typeCodes.end(),
-                                        [&](const TypeCode& candidate) { return candidate.code == *code; });
-        if (known == typeCodes.end()) {
-            fileError(reader,
-                      translate("fdcL-Error", "Unknown coverage type in FDC file %1", "%1 is a file name"));
+        const TypeCode* known = rowWith(typeCodes, &TypeCode::code, *code);
+        if (known == nullptr) {
+            refuse(reader, fault::unknownType);
         }
         reader.section->coverageTypes |= known->bits;
     }
@@ -550,7 +575,7 @@ void readHeader(FdcReader& reader) {
     readVersionLine(reader);
     for (void (*readHeaderLine)(FdcReader&) : {readSourceLine, readSourceTimeLine, readTypesLine}) {
         if (!readLine(reader.input, reader.line)) {
-            fatalError(translate("fdcL-Error", "Bad FDC file"));
+            refuse(fault::headTooShort, {});
         }
         readHeaderLine(reader);
     }
@@ -613,15 +638,14 @@ void foldTokenStrings(FileDescription& section) {
 // `hasLine`: a line that starts with the bigramme and a blank is in hand.
 void readChecksumLine(FdcReader& reader, bool hasLine) {
     if (!hasLine || next(reader) != "DC") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing DC in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noChecksumLine);
     }
     reader.section->checksum = nextNumber(reader);
     if (const std::optional<std::string_view> key = next(reader)) {
         reader.section->fileKey = readDecimalValue(key, reader.fileName);
     }
     if (next(reader)) {
-        fileError(reader, translate("fdcL-Error", "Garbage at the end of DC line checksum in FDC file %1",
-                                    "%1 is a file name"));
+        refuse(reader, fault::checksumLineTooLong);
     }
     foldTokenStrings(*reader.section);
 }

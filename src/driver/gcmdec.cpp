@@ -12,6 +12,7 @@
 
 #include "support/machine.h"
 #include "support/response_words.h"
+#include "support/tables.h"
 
 namespace veldacov {
 
@@ -349,9 +350,7 @@ bool applyDefaults() {
 }
 
 bool holds(const RuleCondition& condition) {
-    const auto option =
-        std::find_if(decoder.options.begin(), decoder.options.end(),
-                     [&](const OptionDef& candidate) { return candidate.name == condition.option; });
+    const OptionDef* option = rowWith(decoder.options, &OptionDef::name, condition.option);
     bool positive = false;
     switch (condition.target) {
     case ConditionTarget::Keyword:
