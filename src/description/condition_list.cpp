@@ -52,7 +52,7 @@ void appendConditions(Service& service, std::span<const ConditionEntry> entries)
 }
 
 void reserveConditions(Service& service, std::size_t count) {
-    std::vector<ConditionEntry>& grown = service.grownConditions;
+    GrowingConditions& grown = service.grownConditions;
     const std::size_t needed = service.conditions.size() + count;
     if (needed > grown.capacity()) {
         grown.reserve(std::max(needed, grown.capacity() + grown.capacity() / 2));
@@ -63,9 +63,9 @@ void reserveConditions(Service& service, std::size_t count) {
     }
 }
 
-std::vector<ConditionEntry> settleConditions(Service& service) {
+GrowingConditions settleConditions(Service& service) {
     service.conditions = recordMemory().keep<ConditionEntry>(service.conditions);
-    return std::exchange(service.grownConditions, {});
+    return std::exchange(service.grownConditions, GrowingConditions(&blockSource()));
 }
 
 } // namespace veldacov

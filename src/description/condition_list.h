@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <vector>
 
 #include "description/model.h"
 
@@ -22,6 +21,6 @@ void appendConditions(Service& service, std::span<const ConditionEntry> entries)
 // Makes room for so many more to be appended. Conditions that come a few at a time move seldom.
 void reserveConditions(Service& service, std::size_t count);
 // Moves the conditions, of which there will mostly be no more, to the model's arena. Gives the memory that they leave.
-std::vector<ConditionEntry> settleConditions(Service& service);
+GrowingConditions settleConditions(Service& service);
 
 } // namespace veldacov

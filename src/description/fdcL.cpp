@@ -70,9 +70,9 @@ struct FdcReader {
     std::vector<CallEntry> newCalls;
     std::vector<BlockEntry> newBlocks;
     std::vector<ConditionEntry>
-        newConditions;                // of the current service, since its lines began or a composition
-    std::vector<ConditionEntry> list; // memory for the list of one service after the other
-    bool listIsLent = false;          // to the current service, whose lines have begun for the first time
+        newConditions;                      // of the current service, since its lines began or a composition
+    GrowingConditions list{&blockSource()}; // memory for the list of one service after the other
+    bool listIsLent = false; // to the current service, whose lines have begun for the first time
     WaitingConditions waiting;
     std::string scratch;      // for texts with escapes
     DescriptionList sections; // finished ones, in order of appearance
@@ -269,7 +269,7 @@ void storeConditions(FdcReader& reader) {
     }
     Service& service = *reader.currentService;
     if (service.conditions.empty() && !reader.newConditions.empty()) {
-        service.grownConditions = std::exchange(reader.list, {});
+        service.grownConditions = std::exchange(reader.list, GrowingConditions(&blockSource()));
         reader.listIsLent = true;
     }
     storeWaiting(reader.waiting, service);

@@ -156,6 +156,9 @@ struct ConditionEntry : CoverageItem {
     const char* text = ""; // with its quotes; in the model's arena
 };
 
+// Outside of the arena: memory that is left is given back.
+using GrowingConditions = std::pmr::vector<ConditionEntry>;
+
 // Pointers have eight bytes where these sizes matter.
 constexpr bool haveSize(std::size_t size, std::size_t wanted) {
     return sizeof(void*) != 8 || size == wanted;
@@ -213,8 +216,9 @@ struct alignas(64) Service {
     std::span<BlockEntry> blocks;
     std::span<ConditionEntry> conditions; // in the model's arena, or looks at grownConditions
     std::vector<Composition> compositions;
-    // While conditions are added, and for those that came in several pieces: what grows here leaves nothing behind.
-    std::vector<ConditionEntry> grownConditions;
+    // While conditions are added, and for those that came in several pieces: what grows here leaves nothing behind,
+    // and a long list stands on large pages.
+    GrowingConditions grownConditions{&blockSource()};
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
     std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> conditionPlaces;
