@@ -25,7 +25,7 @@ void readComposition(Line& line, FileDescription& description, Service* service,
                      std::string_view fileName);
 
 // Evaluates an expression for all cases 0 to caseCount-1: bit c of the words is the outcome of case c. A
-// malformed expression is an internal error.
+// malformed expression is an internal error, whose message has the name of this operation: it keeps it.
 std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32_t caseCount);
 
 // The values of basic condition `condition` in the 64 cases from `firstCase`, a multiple of 64, on: bit `condition` of each

@@ -62,9 +62,9 @@ struct FdcReader {
     InputFile input;
     Line line;
     std::unique_ptr<FileDescription> section;
-    Arena::Mark sectionStart;          // of the memory of its records
-    Service* currentService = nullptr; // that of the line before
-    bool serviceNameIsPlain = false;   // its name stands in lines as it is
+    Arena::Mark sectionStart;             // of the memory of its records
+    Service* currentService = nullptr;    // that of the line before
+    bool serviceNameHasNoEscapes = false; // its name stands in lines as it is
     std::vector<Service> newServices;
     std::vector<ExitEntry> newExits; // of the section, in line order
     std::vector<CallEntry> newCalls;
@@ -323,7 +323,7 @@ Service* findOrAddService(FdcReader& reader, NameEntry* name) {
 
 // Makes the service named next the current one; a new one is appended. Most lines name that of the line before.
 Service& nextService(FdcReader& reader, const char* field) {
-    if (reader.currentService != nullptr && reader.serviceNameIsPlain &&
+    if (reader.currentService != nullptr && reader.serviceNameHasNoEscapes &&
         skipQuotedString(reader.line, reader.currentService->name->text)) {
         return *reader.currentService;
     }
@@ -331,13 +331,13 @@ Service& nextService(FdcReader& reader, const char* field) {
     if (reader.currentService == nullptr || reader.currentService->name != name) {
         leaveService(reader);
         reader.currentService = findOrAddService(reader, name);
-        reader.serviceNameIsPlain = name->text.find_first_of("\"\\") == std::string_view::npos;
+        reader.serviceNameHasNoEscapes = name->text.find_first_of("\"\\") == std::string_view::npos;
     }
     return *reader.currentService;
 }
 
 // An item of the current service. Its lines end its record; the service spans those of all its items.
-void readLines(FdcReader& reader, CoverageItem& item) {
+void readLineRange(FdcReader& reader, CoverageItem& item) {
     item.startLine = nextNumber(reader);
     item.endLine = nextNumber(reader);
     Service& service = *reader.currentService;
@@ -358,7 +358,7 @@ void readEntry(FdcReader& reader, Service& service, std::uint32_t id) {
         refuse(fault::secondEntry, {service.name->text});
     }
     auto entry = itemOf<CoverageItem>(service, id);
-    readLines(reader, entry);
+    readLineRange(reader, entry);
     service.entry = entry;
     service.counts[counter::services] = 1;
 }
@@ -366,7 +366,7 @@ void readEntry(FdcReader& reader, Service& service, std::uint32_t id) {
 void readExit(FdcReader& reader, Service& service, std::uint32_t id, ExitKind kind) {
     auto exit = itemOf<ExitEntry>(service, id);
     exit.kind = kind;
-    readLines(reader, exit);
+    readLineRange(reader, exit);
     reader.newExits.push_back(exit);
 }
 
@@ -389,7 +389,7 @@ void readCall(FdcReader& reader, std::uint32_t id) {
     Service& service = nextService(reader, callingField);
     auto call = itemOf<CallEntry>(service, id);
     call.calledName = nextName(reader, calledField);
-    readLines(reader, call);
+    readLineRange(reader, call);
     reader.newCalls.push_back(call);
     ++service.counts[counter::calls];
     ++reader.section->callCount;
@@ -408,7 +408,7 @@ void readBlock(FdcReader& reader, std::uint32_t id) {
     auto block = itemOf<BlockEntry>(service, id);
     block.kind = kind->kind;
     block.label = recordMemory().keepTerminated(*label);
-    readLines(reader, block);
+    readLineRange(reader, block);
     reader.newBlocks.push_back(block);
     ++service.counts[*counterOfType(typeOfBlock(kind->kind))];
     ++reader.section->blockCount;
@@ -423,7 +423,7 @@ void readCondition(FdcReader& reader, std::uint32_t id, ConditionKind kind) {
     auto condition = itemOf<ConditionEntry>(service, id);
     condition.kind = kind;
     condition.text = recordMemory().keepTerminated(*text);
-    readLines(reader, condition);
+    readLineRange(reader, condition);
     reader.newConditions.push_back(condition);
     std::uint32_t outcomes = 1;
     if (kind == ConditionKind::Outcome) {

@@ -23,7 +23,7 @@ struct CountedSeen {
 struct HitState {
     std::vector<Service*> servicesHit;
     std::vector<TestHit> hitsOfTest;
-    std::vector<std::uint8_t*> plainSeen; // bits of items with plain hits
+    std::vector<std::uint8_t*> uncountedSeen; // bits of items with uncounted hits
     std::vector<CountedSeen> countedSeen;
     std::vector<FirstHit> firstHitsOfConditions; // of services with compositions
     ProvenConditions proven;
@@ -47,23 +47,23 @@ void makeRoom(std::span<Number>& numbers, std::size_t size) {
 
 // Notes that the test has hit an item, for the next hits of the same counting.
 void noteHit(SeenHits& seen, CoverageItem& item, std::uint32_t count, Counting counting) {
-    assert(counting == Counting::Accumulate ? state.plainSeen.empty() : countsAreSettled());
+    assert(counting == Counting::Accumulate ? state.uncountedSeen.empty() : countsAreSettled());
     if (counting == Counting::Accumulate) {
-        if (item.id < seen.counted.size() && seen.counted[item.id] == 0 && item.testHits != 0) {
-            seen.counted[item.id] = 1;
-            state.countedSeen.push_back({&seen.counted[item.id], &item});
+        if (item.id < seen.aside.size() && seen.aside[item.id] == 0 && item.testHits != 0) {
+            seen.aside[item.id] = 1;
+            state.countedSeen.push_back({&seen.aside[item.id], &item});
         }
-    } else if (count == 1 && item.id < seen.plain.size() && (seen.plain[item.id] & seen::plainHit) == 0) {
-        seen.plain[item.id] |= seen::plainHit;
-        state.plainSeen.push_back(&seen.plain[item.id]);
+    } else if (count == 1 && item.id < seen.bits.size() && (seen.bits[item.id] & seen::uncountedHit) == 0) {
+        seen.bits[item.id] |= seen::uncountedHit;
+        state.uncountedSeen.push_back(&seen.bits[item.id]);
     }
 }
 
-void forgetPlainHits() {
-    for (std::uint8_t* bits : state.plainSeen) {
-        *bits &= static_cast<std::uint8_t>(~seen::plainHit);
+void forgetUncountedHits() {
+    for (std::uint8_t* bits : state.uncountedSeen) {
+        *bits &= static_cast<std::uint8_t>(~seen::uncountedHit);
     }
-    state.plainSeen.clear();
+    state.uncountedSeen.clear();
 }
 
 void noteFirstHit(Service& service, const HitRecord& record, std::uint16_t coverageType) {
@@ -91,7 +91,7 @@ void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, st
                           {description.fdcName}));
     }
     if (counting == Counting::Accumulate) {
-        forgetPlainHits();
+        forgetUncountedHits();
     } else {
         settleCounts();
     }
@@ -111,11 +111,11 @@ void prefetchItems(const FileDescription& description, std::span<const Hit> hits
             }
         }
     };
-    forEachKnown([](CoverageItem* const* place) { __builtin_prefetch(place); });
-    forEachKnown([](CoverageItem* const* place) { __builtin_prefetch(*place, 1); });
-    forEachKnown([&](CoverageItem* const* place) {
-        if (*place != nullptr) {
-            const Service& service = description.services[(*place)->service];
+    forEachKnown([](CoverageItem* const* slot) { __builtin_prefetch(slot); });
+    forEachKnown([](CoverageItem* const* slot) { __builtin_prefetch(*slot, 1); });
+    forEachKnown([&](CoverageItem* const* slot) {
+        if (*slot != nullptr) {
+            const Service& service = description.services[(*slot)->service];
             __builtin_prefetch(&service, 1);
             __builtin_prefetch(&service.testCovered, 1);
             __builtin_prefetch(&service.globalCovered.back(), 1);
@@ -125,10 +125,10 @@ void prefetchItems(const FileDescription& description, std::span<const Hit> hits
 
 SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting) {
     SeenHits& seen = description.seenHits[kindIndex(kind)];
-    if (counting == Counting::Accumulate && seen.counted.empty()) {
-        makeRoom(seen.counted, description.itemIndexes[kindIndex(kind)].dense.size());
-    } else if (counting == Counting::Replace && seen.plain.empty()) {
-        makeRoom(seen.plain, description.itemIndexes[kindIndex(kind)].dense.size());
+    if (counting == Counting::Accumulate && seen.aside.empty()) {
+        makeRoom(seen.aside, description.itemIndexes[kindIndex(kind)].dense.size());
+    } else if (counting == Counting::Replace && seen.bits.empty()) {
+        makeRoom(seen.bits, description.itemIndexes[kindIndex(kind)].dense.size());
     }
     return seen;
 }
@@ -195,7 +195,7 @@ ProvenConditions& provenConditions() {
 
 void resetTestCounts() {
     settleCounts();
-    forgetPlainHits();
+    forgetUncountedHits();
     for (const TestHit& hit : state.hitsOfTest) {
         hit.record->testHits = 0;
         hit.record->flags &= static_cast<std::uint8_t>(~hitInTest);

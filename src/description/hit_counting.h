@@ -6,19 +6,19 @@
 // Of these it is known what they do, without a look at the item (docs/performance.md, "Where the time goes"). Notes of
 // it stand in SeenHits, by kind and dense identifier, where the loop over hit lines reads them:
 //
-//   plain hits (a test without counts)   another hit changes nothing     seen::plainHit is set
-//   counted hits                         another hit adds its count      `counted` has 1 + the sum put aside
+//   uncounted hits   another hit changes nothing   seen::uncountedHit is set in `bits`
+//   counted hits     another hit adds its count    `aside` has 1 + the sum put aside
 //
-//   TE 4 3    recordHit: item 4 has 3, and counted[4] = 1
-//   TE 4 5    counted[4] = 6; item 4 still has 3
-//   TE 4 1    counted[4] = 7
-//   ...       settleCounts: item 4 has 9, and counted[4] = 0
+//   TE 4 3    recordHit: item 4 has 3, and aside[4] = 1
+//   TE 4 5    aside[4] = 6; item 4 still has 3
+//   TE 4 1    aside[4] = 7
+//   ...       settleCounts: item 4 has 9, and aside[4] = 0
 //
 // What always holds:
-// - Notes of one counting only are there. A plain hit replaces the count of an item, so counts put aside are settled
-//   before one is recorded; a counted hit changes what a plain one would find, so plain notes are forgotten before one is
-//   recorded. Either way the item's next hit of the other counting is recorded in full.
-// - 0 in `counted` says that the hit is to be recorded: nothing is known. An item whose recorded hits are 0 gets no note,
+// - Notes of one counting only are there. An uncounted hit replaces the count of an item, so counts put aside are
+//   settled before one is recorded; a counted hit changes what an uncounted one would find, so notes of these are
+//   forgotten before one is recorded. Either way the item's next hit of the other counting is recorded in full.
+// - 0 in `aside` says that the hit is to be recorded: nothing is known. An item whose recorded hits are 0 gets no note,
 //   because its next hit is its first one in the test again.
 // - Counts put aside are settled before anybody reads the hits of an item (countsAreSettled is asserted there), and before
 //   a test ends. What was covered is up to date all the time, as only first hits change it.
@@ -40,10 +40,11 @@ struct Hit {
     std::uint32_t count = 1;
 };
 
-// Bits of SeenHits::plain.
+// Bits of SeenHits::bits.
 namespace seen {
-constexpr std::uint8_t plainHit = 0x01; // hit in the test without a count; another such hit changes nothing
-constexpr std::uint8_t kept = 0x02;     // kept for the cleaned trace; owned by it
+constexpr std::uint8_t uncountedHit =
+    0x01;                           // hit in the test without a count; another such hit changes nothing
+constexpr std::uint8_t kept = 0x02; // kept for the cleaned trace; owned by it
 } // namespace seen
 
 // Counts a hit on the item; a missing item is a fatal error. With `Accumulate` the count is added (saturating

@@ -13,6 +13,8 @@
 // pieces on the heap. Records stay where they are once their file is loaded; from then on only hits, flags and
 // placeholders change.
 //
+// A place is an index: of a record in the list that holds it.
+//
 // What is done with the records: item_index.h finds items, hit_counting.h counts their hits, condition_list.h,
 // conditions.h and pairs.h know conditions, their compositions, and the pairs of cases that prove a condition.
 
@@ -239,8 +241,8 @@ struct ItemIndex {
 
 // What is known of the hits of one kind: see hit_counting.h.
 struct SeenHits {
-    std::span<std::uint8_t> plain;    // by dense identifier: bits of namespace seen
-    std::span<std::uint32_t> counted; // 0, or 1 + the counts since the test's first hit, yet to be added
+    std::span<std::uint8_t> bits;   // by dense identifier: those of namespace seen
+    std::span<std::uint32_t> aside; // 0, or 1 + the counts since the test's first hit, yet to be added
 };
 
 struct FileDescription {

@@ -19,9 +19,9 @@ constexpr std::size_t mostOpenOutputs = 8;
 std::array<OutputFile*, mostOpenOutputs> openOutputs{};
 
 void replaceInTable(const OutputFile* from, OutputFile* to) {
-    const auto place = std::find(openOutputs.begin(), openOutputs.end(), from);
-    if (place != openOutputs.end()) {
-        *place = to;
+    const auto known = std::find(openOutputs.begin(), openOutputs.end(), from);
+    if (known != openOutputs.end()) {
+        *known = to;
     }
 }
 
