@@ -2,7 +2,7 @@
 #include <stdio.h>
 #include <string.h>
 
-struct flags { unsigned low : 3; int high : 5; volatile int seen; };
+struct flags { unsigned low : 3; int high : 5; volatile int seen; _Bool is : 1; };
 
 static int (*table[2])(int);
 
@@ -79,6 +79,8 @@ middle:
     return turns + n;
 }
 
+static int fields(struct flags *f) { return (f->low ?: 7) + (f->is ?: 4) + (nothing(), f->low); }
+
 int main(void)
 {
     struct flags f = { .high = -2 };
@@ -90,6 +92,7 @@ int main(void)
     pass(1);
     printf("%d %g %s %s\n", make(3).high, sum(2, 1.5, 2.0), name(1), name(3));
     printf("%d %d\n", into(0), into(9));
+    printf("%d\n", fields(&f));
     return (int)strlen("ab") - 2 ? 1 : 0;
 }
 
@@ -135,9 +138,9 @@ int main(void)
 0,1,0 CC TTTFFX 1
 1 AP "select_type" "twice" 46 46
 1 PR return "select_type" 47 47
-2 PR proc "nothing" 50 50
-2 BL simple "nothing" BODY 50 50
-2 PR endproc "nothing" 50 50
+3 PR proc "nothing" 50 50
+3 BL simple "nothing" BODY 50 50
+3 PR endproc "nothing" 50 50
 2 PR proc "pass" 51 51
 2 BL simple "pass" BODY 51 51
 2 BL simple "pass" THEN 51 51
@@ -178,27 +181,35 @@ int main(void)
 2 BL implicit "into" ELSE 74 77
 2/2 CE "into" "n > 5" 74 74
 2 PR return "into" 79 79
-1 PR proc "main" 82 83
-1 BL simple "main" BODY 83 94
-1 AP "main" "printf" 86 86
-1 AP "main" "inside" 86 86
-1 AP "main" "inside" 86 86
-1 AP "main" "printf" 87 87
-1 AP "main" "sizes" 87 87
+1 PR proc "fields" 82 82
+1 BL simple "fields" BODY 82 82
+1 PR return "fields" 82 82
+1/0 CE "fields" "f->low" 82 82
+0/1 CE "fields" "f->is" 82 82
+1 AP "fields" "nothing" 82 82
+1 PR proc "main" 84 85
+1 BL simple "main" BODY 85 97
 1 AP "main" "printf" 88 88
-1 AP "main" "threaded" 88 88
+1 AP "main" "inside" 88 88
+1 AP "main" "inside" 88 88
 1 AP "main" "printf" 89 89
-1 AP "main" "select_type" 89 89
-1 AP "main" "pass" 90 90
+1 AP "main" "sizes" 89 89
+1 AP "main" "printf" 90 90
+1 AP "main" "threaded" 90 90
 1 AP "main" "printf" 91 91
-1 AP "main" "make" 91 91
-1 AP "main" "sum" 91 91
-1 AP "main" "name" 91 91
-1 AP "main" "name" 91 91
-1 AP "main" "printf" 92 92
-1 AP "main" "into" 92 92
-1 AP "main" "into" 92 92
-1 PR return "main" 93 93
-0/1 CE "main" "(int)strlen(\"ab\") - 2" 93 93
-1 AP "main" "strlen" 93 93
+1 AP "main" "select_type" 91 91
+1 AP "main" "pass" 92 92
+1 AP "main" "printf" 93 93
+1 AP "main" "make" 93 93
+1 AP "main" "sum" 93 93
+1 AP "main" "name" 93 93
+1 AP "main" "name" 93 93
+1 AP "main" "printf" 94 94
+1 AP "main" "into" 94 94
+1 AP "main" "into" 94 94
+1 AP "main" "printf" 95 95
+1 AP "main" "fields" 95 95
+1 PR return "main" 96 96
+0/1 CE "main" "(int)strlen(\"ab\") - 2" 96 96
+1 AP "main" "strlen" 96 96
 */
