@@ -47,7 +47,7 @@ int countCalls(const clang::Stmt* e) {
 std::string valueOpening(const clang::Expr* value) {
     // Where the value goes it would be promoted or converted anyway.
     const bool canBeBitField = value->getType()->isIntegerType();
-    return std::string("__extension__({__auto_type velda_v=") + (canBeBitField ? "+" : "") + "(";
+    return std::string(" __extension__({__auto_type velda_v=") + (canBeBitField ? "+" : "") + "(";
 }
 
 void FunctionWalk::fullExpression(const clang::Expr* e) {
