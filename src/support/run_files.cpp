@@ -152,6 +152,11 @@ OutputFile outputOnStandardOutput() {
     return standardOutput();
 }
 
+bool standardOutputIsGiven() {
+    const std::optional<platform::FileStatus> status = platform::fileStatus(platform::standardOutput);
+    return status && status->kind == FileKind::Regular && givenPlaces().contains(status->place);
+}
+
 OutputFile createListing(const std::string& name) {
     return create(name, name);
 }

@@ -319,6 +319,7 @@ void takeStock(Campaign& campaign, const CampaignRequest& request, Patterns& pat
         campaign.types |= description->coverageTypes;
         campaign.files.push_back(std::move(file));
     }
+    warnUnmatchedSources(patterns); // also where nothing is left: it may be why
     if (campaign.files.empty()) {
         fatalError(translate("Fatal Error", "There is nothing to report ... report is empty"));
     }
@@ -413,12 +414,12 @@ Campaign loadCampaign(const CampaignRequest& request) {
     computeModifiedConditionHits();
     sumHits(campaign);
     nameStrayParts(campaign);
-    tellOfStrayParts(campaign);
     if (campaign.tests.empty()) {
         warningMessage(translate("View", "There is no test: nothing counts as hit"));
     }
-    warnUnmatched(events.patterns());
+    warnUnmatchedTests(events.patterns());
     campaign.complaints = complaintsSoFar() - complaintsBefore;
+    tellOfStrayParts(campaign);
     return campaign;
 }
 
