@@ -6,8 +6,9 @@
 #include <unordered_map>
 #include <utility>
 
-#include "description/conditions.h"
 #include "description/fdcL.h"
+#include "description/hit_counting.h"
+#include "description/pairs.h"
 #include "report/auth.h"
 #include "report/trace_walk.h"
 #include "support/files.h"

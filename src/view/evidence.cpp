@@ -7,6 +7,8 @@
 #include <optional>
 #include <tuple>
 
+#include "description/hit_counting.h"
+
 namespace veldacov {
 
 namespace {
