@@ -153,7 +153,7 @@ OutputFile outputOnStandardOutput() {
 
 bool standardOutputIsGiven() {
     const std::optional<platform::FileStatus> status = platform::fileStatus(platform::standardOutput);
-    return status && status->kind == FileKind::Regular && givenPlaces().contains(status->place);
+    return status && status->kind == FileKind::Regular && givenIdentities().contains(status->identity);
 }
 
 OutputFile createListing(const std::string& name) {
