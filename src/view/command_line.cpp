@@ -69,9 +69,6 @@ CLI::App& addCommand(CLI::App& program, const std::string& name, const std::stri
     CLI::App& command = *program.add_subcommand(name, description);
     command.set_help_flag("--help,-h", "Show this text");
     command.add_option("files", parsed.files, "Descriptions and traces")->type_name("FILES");
-    command.add_option("-o,--output", request.output, "File to write, - for standard output")
-        ->type_name("FILE")
-        ->default_str("-");
     command.add_option("--root", request.campaign.root, "Show the paths of sources relative to DIR")
         ->type_name("DIR");
     Patterns& patterns = request.campaign.patterns;
@@ -79,6 +76,12 @@ CLI::App& addCommand(CLI::App& program, const std::string& name, const std::stri
     addPatterns(command, parsed, "service", patterns.services);
     addPatterns(command, parsed, "test", patterns.tests);
     return command;
+}
+
+void addOutput(CLI::App& command, ViewRequest& request) {
+    command.add_option("-o,--output", request.output, "File to write, - for standard output")
+        ->type_name("FILE")
+        ->default_str("-");
 }
 
 template <typename Choice>
@@ -101,6 +104,7 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, Choice& choic
 void addCheck(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(
         program, "check", "Show the rates, and fail where one is below its minimum", parsed, request);
+    addOutput(command, request);
     CheckOptions& check = request.check;
     addRepeated(command, "--min", parsed.minima, "A rate that must be reached, as decisions=80")
         ->type_name("RATE=PERCENT");
@@ -119,6 +123,7 @@ void addCheck(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
 
 void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(program, "export", "Write what other programs read", parsed, request);
+    addOutput(command, request);
     ExportOptions& exports = request.exports;
     addChoice<ExportFormat>(
         command, "--format", exports.format,
@@ -140,8 +145,16 @@ void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
 void addTests(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(
         program, "tests", "Order the tests by what each adds, and tell the redundant ones", parsed, request);
+    addOutput(command, request);
     addChoice<TestsFormat>(command, "--format", request.testsFormat,
                            {{"text", TestsFormat::Text}, {"json", TestsFormat::Json}}, "Form of the list");
+}
+
+void addHtml(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
+    addCommand(program, "html", "Write pages for a browser", parsed, request)
+        .add_option("-o,--output", request.output, "Folder to write, in place of the pages of an earlier run")
+        ->type_name("DIR")
+        ->required();
 }
 
 [[noreturn]] void answer(const std::string& text) {
@@ -210,6 +223,9 @@ ViewCommand commandOf(const CLI::App& program) {
     if (program.got_subcommand("export")) {
         return ViewCommand::Export;
     }
+    if (program.got_subcommand("html")) {
+        return ViewCommand::Html;
+    }
     return program.got_subcommand("check") ? ViewCommand::Check : ViewCommand::Tests;
 }
 
@@ -229,7 +245,7 @@ void refuseOtherFormats(const ViewRequest& request) {
 ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     ViewRequest request;
     ParsedWords parsed;
-    CLI::App program("Verdicts and exports of coverage: descriptions and traces in, one thing out.",
+    CLI::App program("Verdicts, exports and pages of coverage: descriptions and traces in, one thing out.",
                      "veldaview");
     program.set_help_flag("--help,-h", "Show this text");
     program.set_version_flag("--version", "veldaview " + std::string(toolVersion), "Show the version");
@@ -237,6 +253,7 @@ ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     addCheck(program, parsed, request);
     addExport(program, parsed, request);
     addTests(program, parsed, request);
+    addHtml(program, parsed, request);
     parse(program, expandedWords(words));
     const auto names = std::find(words.begin(), words.end(), "--"); // the parser would look for options here
     parsed.files.insert(parsed.files.end(), names == words.end() ? names : names + 1, words.end());
