@@ -1,6 +1,6 @@
 #include "view/decision_words.h"
 
-#include <algorithm>
+#include <map>
 #include <set>
 
 #include "description/conditions.h"
@@ -102,7 +102,19 @@ void DecisionWords::putMissingCase(const ModifiedCondition& modified, std::uint3
     }
     out_.put(" (case ");
     out_.putNumber(place - composition_.firstCase + 1);
-    out_.put(")");
+    out_.put(asksForBoth(text) ? ", where one text has both values)" : ")");
+}
+
+// Whether two conditions of one text have different values, which no test can give them unless evaluating them changes them.
+bool DecisionWords::asksForBoth(std::string_view values) const {
+    std::map<std::string_view, char> known;
+    for (std::size_t place = 0; place < composition_.modifiedConditions.size(); ++place) {
+        const std::string_view text = textOf(composition_.modifiedConditions[place]);
+        if (values[place] != 'X' && known.try_emplace(text, values[place]).first->second != values[place]) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void DecisionWords::putProof(const ModifiedCondition& modified) const {

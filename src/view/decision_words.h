@@ -43,6 +43,7 @@ private:
     [[nodiscard]] std::string_view textOf(const ModifiedCondition& modified) const;
     void putCode(std::string_view text) const;
     void putMissingCase(const ModifiedCondition& modified, std::uint32_t place) const;
+    [[nodiscard]] bool asksForBoth(std::string_view values) const;
     void chooseCases();
 
     OutputFile& out_;

@@ -1,6 +1,7 @@
 #include "view/page_parts.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "report/rates.h"
@@ -56,7 +57,7 @@ void beginPage(OutputFile& out, PagePlace place, std::string_view title) {
             "content=veldaview>\n"
             "<title>");
     putHtml(out, title);
-    putLine(out, " - coverage</title>");
+    putLine(out, " - veldaview</title>");
     putLine(out, "<link rel=stylesheet href=\"", up, "style.css\">");
     putLine(out, "<script src=\"", up, "script.js\" defer></script>\n</head>\n<body>");
     out.put("<a class=skip href=\"#main\">Skip to content</a>\n<header>\n<nav aria-label=Pages>");
@@ -74,11 +75,20 @@ void endPage(OutputFile& out, PagePlace place, const PageSet& pages) {
             "index.html\">All files</a></p></footer>\n</body>\n</html>");
 }
 
-void beginTable(OutputFile& out, std::string_view caption, TableSort sort) {
+void beginTable(OutputFile& out, std::string_view caption, TableUse use, std::span<const Column> columns) {
+    constexpr std::array<std::string_view, 3> classes = {"fixed", "sort", "\"sort find\""};
+    constexpr std::array<std::string_view, 3> orders = {"", " aria-sort=ascending", " aria-sort=descending"};
     putLine(out, "<div class=wide tabindex=0 role=region aria-label=\"", caption,
-            "\"><table class=", sort == TableSort::Sortable ? "sort" : "rates", "><caption class=said>",
-            caption, "</caption>");
+            "\"><table class=", classes.at(static_cast<std::size_t>(use)), "><caption class=said>", caption,
+            "</caption>");
     out.put("<thead><tr>");
+    for (const Column& column : columns) {
+        out.put(column.kind == ColumnKind::Number ? "<th scope=col class=n" : "<th scope=col");
+        out.put(orders.at(static_cast<std::size_t>(column.order)));
+        out.put('>');
+        out.put(column.text);
+    }
+    putLine(out, "</thead>\n<tbody>");
 }
 
 void endTable(OutputFile& out) {
@@ -103,8 +113,9 @@ void putRateCells(OutputFile& out, const ViewRate& rate) {
 void putRateTable(OutputFile& out, const CoverageCounters& totals, const CoverageCounters& hits,
                   std::uint16_t types) {
     const ViewRates rates = viewRates(totals, hits, types);
-    beginTable(out, "Rates", TableSort::Fixed);
-    out.put("<th scope=col>Rate<th scope=col>Bar<th scope=col>Hit<th scope=col>Items</thead>\n<tbody>\n");
+    constexpr std::array columns = {Column{"Rate"}, Column{"Bar"}, Column{"Hit", ColumnKind::Number},
+                                    Column{"Items", ColumnKind::Number}};
+    beginTable(out, "Rates", TableUse::Fixed, columns);
     const auto putRow = [&](std::string_view name, const ViewRate& rate) {
         putLine(out, "<tr><th scope=row>", name);
         putRateCells(out, rate);

@@ -3,6 +3,7 @@
 // What pages are made of: their frame, bars, rates, names of tests.
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "support/output.h"
@@ -18,10 +19,17 @@ void beginPage(OutputFile& out, PagePlace place, std::string_view title);
 // The run, and the end of the document.
 void endPage(OutputFile& out, PagePlace place, const PageSet& pages);
 
-// A table that scrolls in a box of its own, up to the cells of its head. `sorted`: the script may sort it. The caption is a
-// text of this program.
-enum class TableSort : std::uint8_t { Fixed, Sortable };
-void beginTable(OutputFile& out, std::string_view caption, TableSort sort);
+// A table in a box of its own, where it may scroll, up to the begin of its body. Texts are those of this program.
+enum class ColumnKind : std::uint8_t { Text, Number };
+enum class ColumnOrder : std::uint8_t { None, Ascending, Descending };
+struct Column {
+    std::string_view text;
+    ColumnKind kind = ColumnKind::Text;
+    ColumnOrder order = ColumnOrder::None; // in which the rows stand
+};
+// What the script does to a table.
+enum class TableUse : std::uint8_t { Fixed, Sorted, SortedAndFiltered };
+void beginTable(OutputFile& out, std::string_view caption, TableUse use, std::span<const Column> columns);
 void endTable(OutputFile& out);
 
 // A cell with a bar, one with the percentage, and one with the numbers behind it.

@@ -2,6 +2,7 @@
 // was left out.
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <numeric>
 #include <string>
@@ -17,6 +18,8 @@ namespace {
 
 // Traces of another program may have thousands of parts that nothing describes.
 constexpr std::size_t mostPartsTold = 100;
+// A longer list is opened by who wants it.
+constexpr std::size_t mostOpened = 6;
 
 // The counters of some sources together.
 struct Sum {
@@ -44,15 +47,14 @@ std::string folderOf(const std::string& path) {
 }
 
 void putHead(OutputFile& out, const PageSet& pages, std::string_view caption, std::string_view first) {
-    beginTable(out, caption, TableSort::Sortable);
-    out.put("<th scope=col>");
-    out.put(first);
-    out.put("<th scope=col>Bar<th scope=col aria-sort=ascending>All items<th scope=col>Numbers");
+    std::vector<Column> columns = {{first},
+                                   {"Bar"},
+                                   {"All items", ColumnKind::Number, ColumnOrder::Ascending},
+                                   {"Numbers", ColumnKind::Number}};
     for (const std::size_t rate : pages.rates) {
-        out.put("<th scope=col>");
-        out.put(viewRateNames[rate]);
+        columns.push_back({viewRateNames[rate], ColumnKind::Number});
     }
-    out.put("</thead>\n<tbody>\n");
+    beginTable(out, caption, TableUse::SortedAndFiltered, columns);
 }
 
 void putRates(OutputFile& out, const PageSet& pages, const Sum& sum) {
@@ -93,8 +95,8 @@ void putFolders(OutputFile& out, const PageSet& pages) {
 }
 
 std::string_view textNote(SourceText text) {
-    return text == SourceText::Missing   ? " <em>no text</em>"
-           : text == SourceText::Changed ? " <em>changed</em>"
+    return text == SourceText::Missing   ? " <em class=tag>no text</em>"
+           : text == SourceText::Changed ? " <em class=tag>changed</em>"
                                          : "";
 }
 
@@ -126,10 +128,13 @@ void putOpenFunctions(OutputFile& out, const PageSet& pages) {
     out.put("<h2 id=first>Where to look first</h2>\n<p class=hint>Functions that tests reach, and in which "
             "most is "
             "open.</p>\n");
-    beginTable(out, "Functions with most that is open", TableSort::Sortable);
-    out.put(
-        "<th scope=col>Function<th scope=col>File<th scope=col>Bar<th scope=col>Hit<th scope=col>Items<th "
-        "scope=col aria-sort=descending>Open</thead>\n<tbody>\n");
+    constexpr std::array columns = {Column{"Function"},
+                                    Column{"File"},
+                                    Column{"Bar"},
+                                    Column{"Hit", ColumnKind::Number},
+                                    Column{"Items", ColumnKind::Number},
+                                    Column{"Open", ColumnKind::Number, ColumnOrder::Descending}};
+    beginTable(out, "Functions with most that is open", TableUse::Sorted, columns);
     for (const OpenFunction& function : pages.openFunctions) {
         out.put("<tr><th scope=row>");
         putSourceLink(out, PagePlace::Top, pages, function.source, function.anchor,
@@ -167,15 +172,19 @@ void putSourcesThatAre(OutputFile& out, const PageSet& pages, SourceText text, s
 
 void putLeftOut(OutputFile& out, const PageSet& pages) {
     const auto& parts = pages.campaign.strayParts;
-    const bool allTexts = std::all_of(pages.texts.begin(), pages.texts.end(),
-                                      [](SourceText text) { return text == SourceText::Same; });
-    putLine(out, "<h2 id=leftout>What was left out</h2>");
-    if (parts.empty() && allTexts && !pages.campaign.tests.empty()) {
-        putLine(out, "<p>Nothing: all parts of the traces belong to these builds, and all sources are as "
-                     "they were.</p>");
+    const auto otherTexts = static_cast<std::size_t>(std::count_if(
+        pages.texts.begin(), pages.texts.end(), [](SourceText text) { return text != SourceText::Same; }));
+    const std::size_t things = parts.size() + otherTexts + (pages.campaign.tests.empty() ? 1 : 0);
+    if (things == 0) {
+        putLine(out, "<p>Nothing was left out: all parts of the traces belong to these builds, and all "
+                     "sources are there "
+                     "as they were.</p>");
         return;
     }
-    out.put("<ul class=leftout>\n");
+    out.put("<h2 id=leftout>What was left out</h2>\n");
+    putLine(out, things <= mostOpened ? "<details open>" : "<details>", "<summary>",
+            static_cast<std::uint32_t>(things), things == 1 ? " thing" : " things",
+            " to know before the numbers are believed</summary>\n<ul class=leftout>");
     if (pages.campaign.tests.empty()) {
         putLine(out, "<li><strong>No test</strong>: nothing counts as hit.");
     }
@@ -186,14 +195,14 @@ void putLeftOut(OutputFile& out, const PageSet& pages) {
     }
     putSourcesThatAre(out, pages, SourceText::Missing, "Source not there");
     putSourcesThatAre(out, pages, SourceText::Changed, "Source changed since it was described");
-    putLine(out, "</ul>");
+    putLine(out, "</ul></details>");
 }
 
 } // namespace
 
 void writeIndexPage(OutputFile& out, const PageSet& pages) {
     const Campaign& campaign = pages.campaign;
-    beginPage(out, PagePlace::Top, "Files");
+    beginPage(out, PagePlace::Top, "Coverage");
     putRateTable(out, campaign.totals, campaign.hits, campaign.types);
     putLeftOut(out, pages);
     putOpenFunctions(out, pages);

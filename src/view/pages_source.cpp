@@ -122,6 +122,7 @@ private:
     void putLine(std::uint32_t line, ItemRange items, std::string_view text);
     void putText(std::string_view text);
     void putNames(ItemRange items);
+    void putUnproven(const LineItem& decision);
     void putItems(ItemRange items);
     void putItemRow(const LineItem& item);
     void putItemName(const LineItem& item);
@@ -133,6 +134,7 @@ private:
         return *campaign_.services[item.service].service;
     }
     [[nodiscard]] std::uint32_t numberOf(const LineItem& item) const;
+    [[nodiscard]] Mark markOf(ItemRange items, bool hasEvidence) const;
     [[nodiscard]] std::uint16_t openOf(const LineItem& item) const;
     // Which of the descriptions of the source has a service.
     [[nodiscard]] std::size_t descriptionOf(std::uint32_t service) const;
@@ -349,18 +351,26 @@ void SourcePage::openText() {
     found = changed ? SourceText::Changed : SourceText::Same;
 }
 
-// What the items of a line come to. An item that is no evidence of its line only tells that something is open.
-Mark markOf(ItemRange items, bool hasEvidence) {
+bool isEntered(const Service& service) {
+    const CoverageCounters& hits = service.globalCovered;
+    return std::any_of(hits.begin(), hits.end(), [](std::uint32_t hit) { return hit != 0; });
+}
+
+// What the items of a line come to. Items that are no evidence of their line, such as a missing else, do not say that it
+// was not run.
+Mark SourcePage::markOf(ItemRange items, bool hasEvidence) const {
     bool someHit = false;
     bool someOpen = false;
+    bool entered = false;
     for (auto item = items.first; item != items.second; ++item) {
         someHit = someHit || (item->open == 0 && item->coverageType != type::modifiedConditions);
         someOpen = someOpen || item->open != 0;
+        entered = entered || (!hasEvidence && isEntered(serviceOf(*item)));
     }
     if (!someOpen) {
         return hasEvidence ? Mark::Hit : Mark::None;
     }
-    return someHit ? Mark::Partly : Mark::NotHit;
+    return someHit || entered ? Mark::Partly : Mark::NotHit;
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -407,11 +417,15 @@ void SourcePage::putTextNote() {
 
 void SourcePage::putFunctions() {
     out_.put("<h2 id=functions>Functions</h2>\n");
-    beginTable(out_, "Functions of this source, most to do first", TableSort::Sortable);
-    out_.put("<th scope=col>Function<th scope=col>Line<th scope=col>Bar<th "
-             "scope=col>Hit<th scope=col>Items<th scope=col>Open<th scope=col>Conditions proven<th "
-             "scope=col>First open "
-             "line</thead>\n<tbody>\n");
+    constexpr std::array columns = {Column{"Function"},
+                                    Column{"Line", ColumnKind::Number},
+                                    Column{"Bar"},
+                                    Column{"Hit", ColumnKind::Number},
+                                    Column{"Items", ColumnKind::Number},
+                                    Column{"Open", ColumnKind::Number, ColumnOrder::Descending},
+                                    Column{"Conditions proven", ColumnKind::Number},
+                                    Column{"First open line", ColumnKind::Number}};
+    beginTable(out_, "Functions of this source, most to do first", TableUse::SortedAndFiltered, columns);
     std::vector<const FunctionRow*> rows;
     for (const FunctionRow& row : functions_) {
         rows.push_back(&row);
@@ -538,7 +552,8 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
         ++nextEvidence_;
     }
     const bool hasEvidence = nextEvidence_ != evidence_.lines.cend() && nextEvidence_->line == line;
-    const MarkText& mark = textOf(hasItems ? markOf(items, hasEvidence) : Mark::None);
+    const Mark kind = hasItems ? markOf(items, hasEvidence) : Mark::None;
+    const MarkText& mark = textOf(kind);
     if (hasItems) {
         out_.put("<details class=");
         out_.put(mark.style);
@@ -569,7 +584,9 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
         out_.put("</div>\n");
         return;
     }
-    putNames(items);
+    if (kind == Mark::Partly) {
+        putNames(items);
+    }
     out_.put("</summary>\n<div>");
     putItems(items);
     out_.put("</div></details>\n");
@@ -587,7 +604,7 @@ void SourcePage::putText(std::string_view text) {
         --length; // not within a character
     }
     putHtml(out_, text.substr(0, length));
-    out_.put("</code><em>cut: the line has ");
+    out_.put("</code><em class=tag>cut: the line has ");
     out_.put(std::to_string(text.size()));
     out_.put(" bytes</em>");
 }
@@ -631,11 +648,27 @@ void SourcePage::putItemName(const LineItem& item) {
     }
 }
 
+// The conditions of a decision that no pair of cases proves.
+void SourcePage::putUnproven(const LineItem& decision) {
+    const CampaignService& service = campaign_.services[decision.service];
+    std::size_t named = 0;
+    out_.put("to be proven: ");
+    for (const ModifiedCondition& modified :
+         serviceOf(decision).compositions[decision.place].modifiedConditions) {
+        if (named <= mostNamed && !isProven(service, modified, campaign_.counts)) {
+            const std::string_view text = service.service->conditions[modified.basicCondition].text;
+            if (named == mostNamed) {
+                out_.put(", …");
+            } else {
+                putItemText(out_, named == 0 ? "" : ", ", unquoted(text));
+            }
+            ++named;
+        }
+    }
+}
+
 // What is open on a line that is hit otherwise.
 void SourcePage::putNames(ItemRange items) {
-    if (markOf(items, true) != Mark::Partly) {
-        return;
-    }
     out_.put("<small>");
     std::size_t open = 0;
     const auto separate = [&] { out_.put(open++ == 0 ? "open: " : "; "); };
@@ -650,8 +683,7 @@ void SourcePage::putNames(ItemRange items) {
         }
         separate();
         if (item->coverageType == type::modifiedConditions) {
-            out_.putNumber(item->open);
-            out_.put(item->open == 1 ? " condition to be proven" : " conditions to be proven");
+            putUnproven(*item);
         } else {
             putItemName(*item);
         }
@@ -722,12 +754,19 @@ void SourcePage::putTests(const LineItem& item, std::uint32_t number) {
 void SourcePage::putDecision(const LineItem& item, std::uint32_t ofLine) {
     const CampaignService& service = campaign_.services[item.service];
     const Composition& composition = serviceOf(item).compositions[item.place];
-    const std::string line = std::to_string(item.line);
-    const std::string number = ofLine == 0 ? "" : "-" + std::to_string(ofLine + 1);
-    veldacov::putLine(out_, "<div class=wide tabindex=0 role=region aria-label=\"Decision ", line, number,
-                      "\" id=\"D", line, number, "\"><table class=truth><caption>Decision <a href=\"#D", line,
-                      number, "\">D", line, number, "</a>: T true, F false, X not evaluated</caption>");
+    const std::string id =
+        "D" + std::to_string(item.line) + (ofLine == 0 ? "" : "-" + std::to_string(ofLine + 1));
     const DecisionWords words(out_, campaign_, service, composition);
+    veldacov::putLine(out_, "<div class=decision id=", id, "><p>Decision <a href=\"#", id, "\">", id,
+                      "</a></p>\n<ul class=pairs>");
+    for (const ModifiedCondition& modified : composition.modifiedConditions) {
+        const MarkText& mark =
+            textOf(isProven(service, modified, campaign_.counts) ? Mark::Hit : Mark::NotHit);
+        veldacov::putLine(out_, "<li class=", mark.style, "><b aria-hidden=true>", mark.sign, "</b> ");
+        words.putProof(modified);
+    }
+    veldacov::putLine(out_, "</ul><div class=wide tabindex=0 role=region aria-label=\"Cases of ", id,
+                      "\"><table class=truth><caption>T true, F false, X not evaluated</caption>");
     words.putHead(campaign_.counted);
     words.forEachShownCase([&](std::uint32_t place, bool hit) {
         const MarkText& mark = textOf(hit ? Mark::Hit : Mark::NotHit);
@@ -743,14 +782,7 @@ void SourcePage::putDecision(const LineItem& item, std::uint32_t ofLine) {
     });
     endTable(out_);
     words.putNoteOfHidden();
-    veldacov::putLine(out_, "<ul class=pairs>");
-    for (const ModifiedCondition& modified : composition.modifiedConditions) {
-        const MarkText& mark =
-            textOf(isProven(service, modified, campaign_.counts) ? Mark::Hit : Mark::NotHit);
-        veldacov::putLine(out_, "<li class=", mark.style, "><b aria-hidden=true>", mark.sign, "</b> ");
-        words.putProof(modified);
-    }
-    veldacov::putLine(out_, "</ul>");
+    veldacov::putLine(out_, "</div>");
 }
 
 } // namespace

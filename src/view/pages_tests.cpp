@@ -1,6 +1,7 @@
 // The page of all tests, with the curve of what they add up to, and a page for each test.
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "view/html_text.h"
@@ -148,16 +149,20 @@ void writeTestsPage(OutputFile& out, const PageSet& pages) {
         endPage(out, PagePlace::Top, pages);
         return;
     }
-    putLine(out,
-            "<p>In the order of what each adds: next comes the test with most items that none before it "
-            "hits. <em>Own</em> "
-            "items are hit by no other test. The <em>needed</em> tests hit together all that is hit.</p>");
+    putLine(out, "<p>In the order of what each adds: next comes the test with most items that none before it "
+                 "hits. <strong>Own</strong> "
+                 "items are hit by no other test. The <strong>needed</strong> tests hit together all that is "
+                 "hit.</p>");
     putCurve(out, pages);
-    beginTable(out, "Tests, in the order of what they add", TableSort::Sortable);
-    out.put("<th scope=col "
-            "aria-sort=ascending>Place<th scope=col>Test<th scope=col>Date<th scope=col>Items<th "
-            "scope=col>Own<th "
-            "scope=col>Gain<th scope=col>So far<th scope=col>Needed</thead>\n<tbody>\n");
+    constexpr std::array columns = {Column{"Place", ColumnKind::Number, ColumnOrder::Ascending},
+                                    Column{"Test"},
+                                    Column{"Date"},
+                                    Column{"Items", ColumnKind::Number},
+                                    Column{"Own", ColumnKind::Number},
+                                    Column{"Gain", ColumnKind::Number},
+                                    Column{"So far", ColumnKind::Number},
+                                    Column{"Needed"}};
+    beginTable(out, "Tests, in the order of what they add", TableUse::SortedAndFiltered, columns);
     for (std::size_t place = 0; place < pages.ranking.size(); ++place) {
         putTestRow(out, pages, place);
     }
@@ -176,10 +181,13 @@ void writeTestPage(OutputFile& out, const PageSet& pages, std::size_t test, cons
         putLine(out, "<p class=note>The first ", static_cast<std::uint32_t>(mostFunctions),
                 ", those with most items of its own before all.</p>");
     }
-    beginTable(out, "Functions that the test reaches", TableSort::Sortable);
-    out.put("<th scope=col>Function<th scope=col>File<th scope=col>Bar<th scope=col>Hit by it<th "
-            "scope=col>Items<th scope=col "
-            "aria-sort=descending>Own</thead>\n<tbody>\n");
+    constexpr std::array columns = {Column{"Function"},
+                                    Column{"File"},
+                                    Column{"Bar"},
+                                    Column{"Hit by it", ColumnKind::Number},
+                                    Column{"Items", ColumnKind::Number},
+                                    Column{"Own", ColumnKind::Number, ColumnOrder::Descending}};
+    beginTable(out, "Functions that the test reaches", TableUse::SortedAndFiltered, columns);
     std::for_each_n(functions.begin(), std::min(functions.size(), mostFunctions),
                     [&](const ReachedFunction& function) { putFunctionRow(out, pages, function); });
     endTable(out);

@@ -46,7 +46,7 @@
   };
 
   const fewestToFilter = 8;
-  const makeFilter = (table, title) => {
+  const makeFilter = (table) => {
     const rows = [...table.tBodies[0].rows];
     if (rows.length < fewestToFilter) {
       return;
@@ -66,10 +66,10 @@
       told.textContent = `${shown} of ${rows.length} shown`;
     };
     field.addEventListener("input", apply);
-    const label = make("label", {}, `Filter ${title} `, field);
+    const what = make("span", { className: "said" }, table.caption.textContent);
+    const label = make("label", {}, "Filter ", what, " ", field);
     const box = table.closest(".wide");
     box.before(make("div", { className: "filter" }, label, told));
-    table.dataset.filtered = "";
     table.filterBy = (text) => {
       field.value = text;
       apply();
@@ -78,9 +78,10 @@
   };
 
   for (const table of document.querySelectorAll("table.sort")) {
-    const title = (table.closest(".wide").previousElementSibling?.textContent ?? "rows").toLowerCase();
     makeSortable(table);
-    makeFilter(table, title.split(",")[0].split(":")[0]);
+    if (table.classList.contains("find")) {
+      makeFilter(table);
+    }
   }
   for (const link of document.querySelectorAll("a[data-filter]")) {
     link.addEventListener("click", () => {
