@@ -120,6 +120,7 @@ private:
     void putFunctionHeads();
     void putFunctionHead(const FunctionRow& row);
     void putLine(std::uint32_t line, ItemRange items, std::string_view text);
+    void putPlainNumber(std::uint32_t line);
     void putText(std::string_view text);
     void putNames(ItemRange items);
     void putUnproven(const LineItem& decision);
@@ -555,18 +556,11 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
     const Mark kind = hasItems ? markOf(items, hasEvidence) : Mark::None;
     const MarkText& mark = textOf(kind);
     if (hasItems) {
-        out_.put("<details class=");
-        out_.put(mark.style);
-        out_.put(" id=L");
+        veldacov::putLine(out_, "<details class=", mark.style, " id=L", line, "><summary><span>", line,
+                          "</span>");
     } else {
-        out_.put("<div id=L");
+        putPlainNumber(line);
     }
-    out_.putNumber(line);
-    out_.put(hasItems ? "><summary><a tabindex=-1 href=#L" : "><a tabindex=-1 href=#L");
-    out_.putNumber(line);
-    out_.put('>');
-    out_.putNumber(line);
-    out_.put("</a>");
     if (!mark.name.empty()) {
         out_.put("<b title=\"");
         out_.put(mark.name);
@@ -587,9 +581,20 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
     if (kind == Mark::Partly) {
         putNames(items);
     }
-    out_.put("</summary>\n<div>");
+    veldacov::putLine(out_, "</summary><div><p><a href=#L", line, ">Line ", line, "</a></p>");
     putItems(items);
     out_.put("</div></details>\n");
+}
+
+// A line without items is a link to itself. That is for a pointer: keys go from item to item.
+void SourcePage::putPlainNumber(std::uint32_t line) {
+    out_.put("<div id=L");
+    out_.putNumber(line);
+    out_.put("><a tabindex=-1 href=#L");
+    out_.putNumber(line);
+    out_.put('>');
+    out_.putNumber(line);
+    out_.put("</a>");
 }
 
 void SourcePage::putText(std::string_view text) {

@@ -45,7 +45,7 @@
     });
   };
 
-  const fewestToFilter = 8;
+  const fewestToFilter = 5;
   const makeFilter = (table) => {
     const rows = [...table.tBodies[0].rows];
     if (rows.length < fewestToFilter) {
@@ -108,6 +108,12 @@
   openTarget();
 
   if (source) {
+    // An opened line is what the address says, so that it can be sent to somebody.
+    document.addEventListener("toggle", (event) => {
+      if (event.target.matches?.(".source > details[open]") && !event.target.contains(document.querySelector(":target"))) {
+        history.replaceState(null, "", "#" + event.target.id);
+      }
+    }, true);
     const openLines = [...document.querySelectorAll(".source > .x, .source > .p")];
     const told = make("span", {});
     told.setAttribute("role", "status");
