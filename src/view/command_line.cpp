@@ -238,6 +238,9 @@ void refuseOtherFormats(const ViewRequest& request) {
     if (exports.split > 1 && (exports.format != ExportFormat::Cobertura || request.output == "-")) {
         refuse("--split is for --format cobertura with --output FILE");
     }
+    if (request.command == ViewCommand::Html && request.output == "-") {
+        refuse("html writes a folder, not standard output");
+    }
 }
 
 } // namespace
