@@ -581,8 +581,16 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
     if (kind == Mark::Partly) {
         putNames(items);
     }
-    veldacov::putLine(out_, "</summary><div><p><a href=#L", line, ">Line ", line, "</a></p>");
-    putItems(items);
+    veldacov::putLine(out_, "</summary><div><p><a href=#L", line, ">Line ", line, "</a>");
+    const bool isAlone = items.second - items.first == 1;
+    if (isAlone && items.first->coverageType != type::modifiedConditions) {
+        out_.put(": ");
+        putItemName(*items.first);
+        out_.put(", tests: ");
+        putTests(*items.first, numberOf(*items.first));
+    } else {
+        putItems(items);
+    }
     out_.put("</div></details>\n");
 }
 
@@ -733,12 +741,12 @@ void SourcePage::putItemRow(const LineItem& item) {
         out_.put("<td class=n>");
         out_.putNumber(campaign_.counts[number]);
     }
+    out_.put("<td>");
     putTests(item, number);
 }
 
 void SourcePage::putTests(const LineItem& item, std::uint32_t number) {
     const TestsOfItem& tests = testsOf(item, number);
-    out_.put("<td>");
     if (tests.count == 0) {
         out_.put("none\n");
         return;
@@ -783,6 +791,7 @@ void SourcePage::putDecision(const LineItem& item, std::uint32_t ofLine) {
         if (campaign_.counted) {
             veldacov::putLine(out_, "<td class=n>", campaign_.counts[caseNumber]);
         }
+        out_.put("<td>");
         putTests(item, caseNumber);
     });
     endTable(out_);
