@@ -25,6 +25,10 @@ namespace {
 
 // Of a line of source, so much is shown.
 constexpr std::size_t longestShown = 4000;
+// Lines of source stand in pieces of so many.
+constexpr std::uint32_t linesPerPiece = 256;
+// So many lines stand in the list of what is to do.
+constexpr std::size_t mostToDo = 500;
 // So many functions stand on the index.
 constexpr std::size_t mostOpenFunctions = 20;
 // So many things that are not hit are named beside a line.
@@ -91,6 +95,7 @@ public:
         beginPage(out_, PagePlace::Below, source_.path);
         putHead();
         putFunctions();
+        putToDo();
         putLines();
         endPage(out_, PagePlace::Below, pages_);
     }
@@ -113,6 +118,7 @@ private:
     void putTextNote();
     void putLegend();
     void putFunctions();
+    void putToDo();
     void putFunctionRow(const FunctionRow& row);
     void putSourceBegin();
     void putLines();
@@ -158,6 +164,7 @@ private:
     std::vector<LineEvidence>::const_iterator nextEvidence_;
     std::vector<FunctionRow>::const_iterator nextFunction_;
     std::uint32_t line_ = 0;
+    std::uint32_t linesInPiece_ = 0;
 };
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -440,6 +447,41 @@ void SourcePage::putFunctions() {
     endTable(out_);
 }
 
+// Lines that are reached, and where something is open: this is where a test is missing. What is not hit behind them follows.
+void SourcePage::putToDo() {
+    std::vector<ItemRange> lines;
+    auto evidence = evidence_.lines.cbegin();
+    for (auto first = items_.cbegin(); first != items_.cend();) {
+        const auto last = std::find_if(
+            first, items_.cend(), [line = first->line](const LineItem& item) { return item.line != line; });
+        evidence = std::find_if(evidence, evidence_.lines.cend(),
+                                [&](const LineEvidence& line) { return line.line >= first->line; });
+        const bool hasEvidence = evidence != evidence_.lines.cend() && evidence->line == first->line;
+        if (first->line != 0 && markOf({first, last}, hasEvidence) == Mark::Partly) {
+            lines.emplace_back(first, last);
+        }
+        first = last;
+    }
+    if (lines.empty()) {
+        return;
+    }
+    veldacov::putLine(out_, "<h2 id=todo>Tests that are missing</h2>\n<details><summary>",
+                      static_cast<std::uint32_t>(lines.size()), lines.size() == 1 ? " line is" : " lines are",
+                      " reached and not done with</summary>\n<ul>");
+    for (std::size_t place = 0; place < std::min(lines.size(), mostToDo); ++place) {
+        const LineItem& first = *lines[place].first;
+        veldacov::putLine(out_, "<li><a href=\"#L", first.line, "\">Line ", first.line, "</a> in ");
+        putHtml(out_, nameText(serviceOf(first).name));
+        out_.put(", ");
+        putNames(lines[place]);
+        out_.put('\n');
+    }
+    if (lines.size() > mostToDo) {
+        veldacov::putLine(out_, "<li>and ", static_cast<std::uint32_t>(lines.size() - mostToDo), " more");
+    }
+    veldacov::putLine(out_, "</ul></details>");
+}
+
 void SourcePage::putFunctionRow(const FunctionRow& row) {
     const Service& service = *campaign_.services[row.service].service;
     veldacov::putLine(out_, "<tr><th scope=row><a href=\"#", row.anchor, "\">");
@@ -484,8 +526,9 @@ ItemRange SourcePage::itemsUntil(std::uint32_t line) {
     return {first, nextItem_};
 }
 
-// A column for counts stands only where there are some.
+// A column for counts stands only where there are some. A browser lays out a piece when it comes into view.
 void SourcePage::putSourceBegin() {
+    linesInPiece_ = 0;
     veldacov::putLine(out_, campaign_.counted ? "<div class=\"source counted\">" : "<div class=source>");
 }
 
@@ -548,6 +591,10 @@ void SourcePage::putFunctionHead(const FunctionRow& row) {
 }
 
 void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view text) {
+    if (linesInPiece_++ == linesPerPiece) {
+        out_.put("</div>\n");
+        putSourceBegin();
+    }
     const bool hasItems = items.first != items.second;
     while (nextEvidence_ != evidence_.lines.cend() && nextEvidence_->line < line) {
         ++nextEvidence_;
@@ -579,7 +626,9 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
         return;
     }
     if (kind == Mark::Partly) {
+        out_.put("<small>");
         putNames(items);
+        out_.put("</small>");
     }
     veldacov::putLine(out_, "</summary><div><p><a href=#L", line, ">Line ", line, "</a>");
     const bool isAlone = items.second - items.first == 1;
@@ -682,7 +731,6 @@ void SourcePage::putUnproven(const LineItem& decision) {
 
 // What is open on a line that is hit otherwise.
 void SourcePage::putNames(ItemRange items) {
-    out_.put("<small>");
     std::size_t open = 0;
     const auto separate = [&] { out_.put(open++ == 0 ? "open: " : "; "); };
     std::size_t more = 0;
@@ -706,7 +754,6 @@ void SourcePage::putNames(ItemRange items) {
         out_.putNumber(static_cast<std::uint32_t>(more));
         out_.put(" more");
     }
-    out_.put("</small>");
 }
 
 void SourcePage::putItems(ItemRange items) {
