@@ -16,6 +16,8 @@
 #include <benchmark/benchmark.h>
 
 #include "description/fdcL.h"
+#include "description/hit_counting.h"
+#include "description/item_index.h"
 #include "description/model.h"
 #include "description/name_pool.h"
 #include "inputs.h"

@@ -6,9 +6,11 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include "description/conditions.h"
 #include "description/fdcL.h"
+#include "description/hit_counting.h"
+#include "description/item_index.h"
 #include "description/model.h"
+#include "description/pairs.h"
 #include "driver/program.h"
 #include "plain_judges.h"
 #include "report/report.h"

@@ -4,7 +4,7 @@ closed streams, readers that leave, and crashes. And what hostile inputs may cos
 
     faults.py PROGRAM PRELOAD [--all] [--only=PART] [--kind=KIND]
 
-PRELOAD is the library of faults/fail_nth.cpp. Of many allocations only some fail, unless --all is given."""
+The second program is expected beside PROGRAM. PRELOAD is the library of faults/fail_nth.cpp. Of many allocations only some fail, unless --all is given."""
 
 import os
 import pathlib
@@ -22,6 +22,7 @@ from concurrent.futures import ThreadPoolExecutor
 from measures import broken_history
 
 PROGRAM, PRELOAD = (os.path.realpath(name) for name in sys.argv[1:3])
+VIEW = os.path.join(os.path.dirname(PROGRAM), "veldaview")
 OPTIONS = sys.argv[3:]
 EXAMPLE = pathlib.Path(__file__).resolve().parent.parent / "examples" / "burner"
 HEAD = "Norvik veldacov - "
@@ -42,7 +43,13 @@ SCENARIOS = {
     "report to standard output": (BURNER + "-TEST=stray,nobody -NOGLOBAL", "none"),
     "bad command line": (BURNER + "-OUTPUT=out/report -NONSENSE", "none"),
     "big outputs": (BIG + ALL_OUTPUTS, "none"),
+    "verdict": ("check " + BURNER + "--min loops=0 -o out/verdict --markdown out/comment.md", "none"),
+    "tracefile of tests": ("export --format lcov --per-test --mcdc " + BIG + "-o out/big.info", "none"),
+    "split export": ("export --format cobertura --split 2 " + BURNER + "-o out/burner.xml", "none"),
+    "order of tests": ("tests --format json " + BIG, "none"),
 }
+# Memory of the second program is also that of a library which crashes without it.
+NOT_WITHOUT_MEMORY = {"big outputs", "verdict", "tracefile of tests", "split export", "order of tests"}
 HOWS = {"allocation": ("on", "once"), "write": ("on", "once", "part", "torn", "short", "interrupt"),
         "read": ("once", "short", "interrupt"), "close": ("once",), "open": ("on", "once", "interrupt")}
 
@@ -75,7 +82,8 @@ class Run:
             environment |= {"VELDA_TPM_ROOT": str(place / "tpm"), "VELDA_TPM_USER": "anna"}
         with open(place / "out" / "stdout", "wb") as out, open(place / "stderr", "w+b") as err:
             streams = {"stdin": subprocess.DEVNULL, "stdout": out, "stderr": err} | streams
-            process = subprocess.Popen([PROGRAM, *words.split()], cwd=place, env=environment | (variables or {}),
+            program = VIEW if words.startswith(("check ", "export ", "tests ")) else PROGRAM
+            process = subprocess.Popen([program, *words.split()], cwd=place, env=environment | (variables or {}),
                                        preexec_fn=before, **streams)
             try:
                 self.status = process.wait(timeout)
@@ -84,7 +92,7 @@ class Run:
                 process.wait()
                 self.status = "hangs"
             err.seek(0)
-            self.err = err.read().decode()
+            self.err = err.read().decode().replace("Norvik veldaview - ", HEAD)
         self.files = {str(file.relative_to(place)): file.read_bytes() for folder in ("out", "tpm")
                       for file in (place / folder).rglob("*") if file.is_file() and not file.is_symlink()}
         self.calls, self.failed = 0, []
@@ -194,7 +202,7 @@ def failing_calls(places, workers):
     for kind in kinds:
         for how in HOWS[kind]:
             done = [every_call(kind, how, name, places, workers) for name in SCENARIOS
-                    if kind != "allocation" or name != "big outputs"]
+                    if kind != "allocation" or name not in NOT_WITHOUT_MEMORY]
             print(f"{kind}, {how}: {sum(d for d, _ in done)} of {sum(c for _, c in done)} calls failed in turn", flush=True)
 
 

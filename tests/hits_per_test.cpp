@@ -5,6 +5,7 @@
 #include <string>
 
 #include "description/fdcL.h"
+#include "description/hit_counting.h"
 #include "description/name_pool.h"
 #include "report/trace_walk.h"
 

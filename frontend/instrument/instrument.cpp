@@ -230,7 +230,10 @@ std::optional<InstrumentedSource> instrument(const SourceInput& input) {
                 tokens = tokenize(input.text, parsed.context.getLangOpts());
             if (!tokensAgree(parsed, input.text, tokens))
                 return;
-            const MarkedText marks = readMarkers(parsedText, input.sourceName);
+            const clang::LangOptions& language = parsed.context.getLangOpts();
+            const MarkedText marks = readMarkers(parsedText, input.sourceName, [&](const std::string& of) {
+                return directivesOf(of, language);
+            });
             instrumentUnit(input, Unit{parsed, marks, input.text, tokens, input.settings}, result);
             result.usedMap = isMap;
             done = true;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
+#include <iterator>
 #include <optional>
-#include <sstream>
 #include <unordered_map>
 
 namespace veldacc {
@@ -47,11 +47,12 @@ std::string_view readName(std::string_view rest, std::string& name) {
     return i < rest.size() ? rest.substr(i + 1) : std::string_view{};
 }
 
-// `# 12 "name" flags` and `#line 12 "name"`.
+std::string_view lineFrom(std::string_view text, std::size_t offset) {
+    return text.substr(offset, text.find('\n', offset) - offset);
+}
+
+// From its # on: `# 12 "name" flags` and `#line 12 "name"`.
 std::optional<Marker> readMarker(std::string_view line) {
-    line = skipBlanks(line);
-    if (line.empty() || line[0] != '#')
-        return std::nullopt;
     line = skipBlanks(line.substr(1));
     if (line.starts_with("line"))
         line = skipBlanks(line.substr(4));
@@ -74,13 +75,21 @@ std::optional<Marker> readMarker(std::string_view line) {
     return marker;
 }
 
-std::vector<LineRenaming> readRenamings(const std::string& fileName) {
-    std::vector<LineRenaming> renamings;
+// The lines of a file are its line ends before an offset, so the offsets are given in ascending order.
+std::vector<LineRenaming> readRenamings(const std::string& fileName, const DirectiveFinder& findDirectives) {
     std::ifstream file(fileName, std::ios::binary);
-    std::string line;
-    for (std::uint32_t number = 1; std::getline(file, line); ++number)
-        if (const std::optional<Marker> marker = readMarker(line))
-            renamings.push_back({number + 1, marker->line, marker->name});
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    std::vector<LineRenaming> renamings;
+    std::uint32_t line = 1;
+    auto counted = text.begin();
+    for (const std::uint32_t offset : findDirectives(text)) {
+        const auto at = text.begin() + offset;
+        line += static_cast<std::uint32_t>(std::count(counted, at, '\n'));
+        counted = at;
+        if (const std::optional<Marker> marker = readMarker(lineFrom(text, offset))) {
+            renamings.push_back({line + 1, marker->line, marker->name});
+        }
+    }
     return renamings;
 }
 
@@ -136,19 +145,19 @@ std::uint32_t physicalLine(const std::vector<LineRenaming>& renamings, const std
 
 } // namespace
 
-MarkedText readMarkers(std::string text, const std::string& source) {
+MarkedText readMarkers(std::string text, const std::string& source, const DirectiveFinder& findDirectives) {
     MarkedText out;
     out.text = std::move(text);
     Reader reader{out, {}, noInstance, {}};
     const std::string_view all = out.text;
-    for (std::size_t at = 0; at < all.size();) {
+    for (std::size_t at = 0; at < all.size(); at += lineFrom(all, at).size() + 1) {
         out.lineStarts.push_back(static_cast<std::uint32_t>(at));
-        std::size_t end = all.find('\n', at);
-        end = end == std::string_view::npos ? all.size() : end;
-        if (all[at] == '#')
-            if (const std::optional<Marker> marker = readMarker(all.substr(at, end - at)))
-                followMarker(reader, *marker, static_cast<std::uint32_t>(end + 1));
-        at = end + 1;
+    }
+    for (const std::uint32_t offset : findDirectives(out.text)) {
+        const std::string_view line = lineFrom(all, offset);
+        if (const std::optional<Marker> marker = readMarker(line)) {
+            followMarker(reader, *marker, offset + static_cast<std::uint32_t>(line.size() + 1));
+        }
     }
     if (!out.instances.empty())
         out.instances[0].name = source; // some preprocessors begin with a name of their own
@@ -161,7 +170,7 @@ MarkedText readMarkers(std::string text, const std::string& source) {
     }
     for (std::size_t i = 0; i < out.instances.size(); ++i)
         if (renamed[i] || (i == 0 && !out.instances.empty()))
-            out.renamings[i] = readRenamings(out.instances[i].name);
+            out.renamings[i] = readRenamings(out.instances[i].name, findDirectives);
     return out;
 }
 

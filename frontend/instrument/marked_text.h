@@ -10,8 +10,12 @@
 // A file that is entered is an instance: the same header included twice is two. A #line in a file does not make another
 // file of it: the instance keeps the name under which it was entered, and the line that the user's editor shows is found
 // by reading the #line lines of the file itself (`physicalLine`).
+//
+// A marker may be indented, as the directive was that it stands for; and a line of a comment may look like one ("# 1 note").
+// So what a directive is has to be told by who knows C's tokens.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -58,8 +62,11 @@ struct Place {
     bool system = false;
 };
 
+// The offsets of the # of all directives of a text, ascending.
+using DirectiveFinder = std::function<std::vector<std::uint32_t>(const std::string& text)>;
+
 // Takes a text apart; `source` is what the compiler was given. It is read, and so are files that #line lines occur in.
-MarkedText readMarkers(std::string text, const std::string& source);
+MarkedText readMarkers(std::string text, const std::string& source, const DirectiveFinder& findDirectives);
 
 Place placeAt(const MarkedText& text, std::uint32_t offset);
 

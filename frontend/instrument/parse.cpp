@@ -112,6 +112,25 @@ struct Action : clang::ASTFrontendAction {
         return true;
     }
 
+    void ExecuteAction() override {
+        forgetAtomics();
+        clang::ASTFrontendAction::ExecuteAction();
+    }
+
+    // gcc's <stdatomic.h> gives objects of _Atomic types to functions of the compiler that Clang has under the same names
+    // and for other types. As functions that nobody has declared they leave a good tree.
+    void forgetAtomics() {
+        const clang::SourceManager& sources = getCompilerInstance().getSourceManager();
+        if (!sources.getBufferData(sources.getMainFileID()).contains("_Atomic")) {
+            return;
+        }
+        for (const auto& [name, identifier] : getCompilerInstance().getPreprocessor().getIdentifierTable()) {
+            if (name.starts_with("__atomic_")) {
+                identifier->clearBuiltinID();
+            }
+        }
+    }
+
     void finish(clang::ASTContext& context) {
         ParsedUnit unit{context,
                         getCompilerInstance().getPreprocessor(),

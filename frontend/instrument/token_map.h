@@ -21,6 +21,9 @@ struct TextToken {
 // The tokens of a preprocessed text; directives are none.
 std::vector<TextToken> tokenize(const std::string& text, const clang::LangOptions& language);
 
+// The offsets of the # of all directives, ascending.
+std::vector<std::uint32_t> directivesOf(const std::string& text, const clang::LangOptions& language);
+
 // Whether the parse has the same tokens, one for one.
 bool tokensAgree(const ParsedUnit& unit, const std::string& text, const std::vector<TextToken>& tokens);
 

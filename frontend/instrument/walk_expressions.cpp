@@ -45,8 +45,9 @@ int countCalls(const clang::Stmt* e) {
 } // namespace
 
 std::string valueOpening(const clang::Expr* value) {
-    const bool isBitField = const_cast<clang::Expr*>(value)->getSourceBitField() != nullptr;
-    return std::string("__extension__({__auto_type velda_v=") + (isBitField ? "+" : "") + "(";
+    // Where the value goes it would be promoted or converted anyway.
+    const bool canBeBitField = value->getType()->isIntegerType();
+    return std::string(" __extension__({__auto_type velda_v=") + (canBeBitField ? "+" : "") + "(";
 }
 
 void FunctionWalk::fullExpression(const clang::Expr* e) {

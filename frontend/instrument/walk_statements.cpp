@@ -14,6 +14,18 @@ std::string asStatement(const std::string& expression) {
     return expression.empty() ? expression : expression + ';';
 }
 
+// The last token of what has to stand first in a block: its brace, and `__label__ a, b;` behind it.
+std::uint32_t behindLocalLabels(const Unit& unit, std::uint32_t brace) {
+    const std::vector<clang::Token>& tokens = unit.parsed.tokens;
+    std::uint32_t token = brace;
+    while (tokens[token + 1].is(clang::tok::kw___label__)) {
+        do {
+            ++token;
+        } while (tokens[token].isNot(clang::tok::semi));
+    }
+    return token;
+}
+
 bool isIf(const clang::Stmt* s) {
     return llvm::isa_and_nonnull<clang::IfStmt>(s);
 }
@@ -64,7 +76,7 @@ void FunctionWalk::run(const clang::FunctionDecl* function) {
         addBlock(service, "simple", "BODY", linesOf(brace, closing))};
     const std::string atStart = asStatement(reach(entry));
     const std::size_t start = edits.behind.size();
-    edits.behind.push_back({brace, {}});
+    edits.behind.push_back({behindLocalLabels(unit, brace), {}});
     for (const clang::Stmt* s : body->body())
         statement(s);
     if (reachesEnd(function, context)) {
@@ -123,7 +135,7 @@ void FunctionWalk::arm(const clang::Stmt* s, const std::string& atStart, const s
     const std::uint32_t firstOfArm = first(s);
     const std::uint32_t lastOfArm = last(s);
     if (llvm::isa<clang::CompoundStmt>(s)) {
-        edits.behind.push_back({firstOfArm, atStart});
+        edits.behind.push_back({behindLocalLabels(unit, firstOfArm), atStart});
         if (!close.empty())
             surround(edits, firstOfArm, lastOfArm, {}, close);
     } else {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "installation.h"
 #include "messages.h"
@@ -60,8 +61,8 @@ void show(const Settings& settings, const Words& words) {
 // One compilation on its way. Each operation is a step of it.
 class Way {
 public:
-    Way(const Compilation& compilation, const std::string& directory)
-        : compilation_(compilation), line_(compilation.line), directory_(directory) {
+    Way(const Compilation& compilation, std::string directory)
+        : compilation_(compilation), line_(compilation.line), directory_(std::move(directory)) {
         // The compiler writes the name of its input into the object: it gets the right one, in a directory of its own.
         std::filesystem::create_directories(file("in"));
         instrumented_ =

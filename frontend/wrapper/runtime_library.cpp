@@ -79,7 +79,7 @@ fs::path findInPath(const std::string& program) {
     std::string_view rest = path != nullptr ? path : "";
     while (!rest.empty()) {
         const std::size_t colon = std::min(rest.find(':'), rest.size());
-        const fs::path candidate = fs::path(rest.substr(0, colon)) / program;
+        fs::path candidate = fs::path(rest.substr(0, colon)) / program;
         if (access(candidate.c_str(), X_OK) == 0) {
             return candidate;
         }
@@ -169,7 +169,7 @@ std::string foreignLibrary(const CommandLine& line, const TemporaryDirectory& te
 }
 
 std::string nativeLibrary() {
-    const std::string library = ownFile(std::string(libraryName));
+    std::string library = ownFile(std::string(libraryName));
     std::error_code error;
     if (!fs::exists(library, error)) {
         say(Message::NoRuntime, {library});

@@ -138,7 +138,7 @@ private:
     }
 
     // Where the compiler would put it.
-    std::string objectOf(const Argument& source, const std::string& part) const {
+    [[nodiscard]] std::string objectOf(const Argument& source, const std::string& part) const {
         if (line_.product == Product::Program) {
             return part + "/" + withoutSuffix(baseName(source.value)) + ".o";
         }

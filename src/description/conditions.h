@@ -1,14 +1,10 @@
 #pragma once
 
-// Compositions of conditions: the CC lines of a description, and the modified conditions that follow from
-// them.
+// Compositions of conditions: the CC lines of a description, their cases, and the texts of conditions and pairs.
 //
 //   CC <ID> <n> <n basic-condition IDs> <m> <cases> [<frontier>]
 //   CC 12 2 8 10 3 TXFTFF 1     a table: m vectors of n characters T, F, X; those before the frontier are true
 //   CC 12 2 8 10 4 A..          an expression in prefix form: case k gives condition j the value of bit j of k
-//
-// A modified condition is covered when two cases that differ in its basic condition only, and in their
-// outcomes, have both been hit: an independence pair.
 
 #include <cstddef>
 #include <cstdint>
@@ -28,17 +24,13 @@ namespace veldacov {
 void readComposition(Line& line, FileDescription& description, Service* service, std::uint32_t id,
                      std::string_view fileName);
 
-// Fills the modified conditions of a composition whose cases stand in the service. A table of two characters and
-// up to 64 conditions costs n look-ups per true case, another table one comparison per pair of a true and a false
-// case, an expression n steps per 64 cases.
-void computeModifiedConditions(Service* service, Composition* composition);
-
 // Evaluates an expression for all cases 0 to caseCount-1: bit c of the words is the outcome of case c. A
-// malformed expression is an internal error.
+// malformed expression is an internal error, whose message has the name of this operation: it keeps it.
 std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32_t caseCount);
 
-// Counts a hit for every modified condition that has a pair of hit cases, of this test or of earlier ones.
-void computeModifiedConditionHits();
+// The values of basic condition `condition` in the 64 cases from `firstCase`, a multiple of 64, on: bit `condition` of each
+// case number.
+std::uint64_t conditionWord(std::uint32_t condition, std::uint64_t firstCase);
 
 // The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
 std::string conditionText(const Service& service, std::uint32_t place);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <initializer_list>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -10,12 +11,15 @@
 
 #include <QtGlobal>
 
+#include "description/condition_list.h"
 #include "description/conditions.h"
+#include "description/item_index.h"
 #include "description/model.h"
 #include "description/tokens.h"
 #include "support/files.h"
 #include "support/machine.h"
 #include "support/run_files.h"
+#include "support/tables.h"
 
 namespace veldacov {
 
@@ -58,17 +62,17 @@ struct FdcReader {
     InputFile input;
     Line line;
     std::unique_ptr<FileDescription> section;
-    Arena::Mark sectionStart;          // of the memory of its records
-    Service* currentService = nullptr; // that of the line before
-    bool serviceNameIsPlain = false;   // its name stands in lines as it is
+    Arena::Mark sectionStart;             // of the memory of its records
+    Service* currentService = nullptr;    // that of the line before
+    bool serviceNameHasNoEscapes = false; // its name stands in lines as it is
     std::vector<Service> newServices;
     std::vector<ExitEntry> newExits; // of the section, in line order
     std::vector<CallEntry> newCalls;
     std::vector<BlockEntry> newBlocks;
     std::vector<ConditionEntry>
-        newConditions;                // of the current service, since its lines began or a composition
-    std::vector<ConditionEntry> list; // memory for the list of one service after the other
-    bool listIsLent = false;          // to the current service, whose lines have begun for the first time
+        newConditions;                      // of the current service, since its lines began or a composition
+    GrowingConditions list{&blockSource()}; // memory for the list of one service after the other
+    bool listIsLent = false; // to the current service, whose lines have begun for the first time
     WaitingConditions waiting;
     std::string scratch;      // for texts with escapes
     DescriptionList sections; // finished ones, in order of appearance
@@ -132,6 +136,43 @@ constexpr std::array<MissingTypeWarning, 10> missingTypeWarnings = {{
                         "%1 is a file name")},
 }};
 
+// The fatal errors of a description, by what is wrong with it. %1 is the file, unless the comment says otherwise.
+namespace fault {
+constexpr TranslatableText noVersion =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "FDC file without any version string: %1", "%1 is a file name");
+constexpr TranslatableText otherVersion =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "%1 has been generated with an incompatible version of the product: %2",
+                       "%1 is a file name, %2 a version");
+constexpr TranslatableText noTokens =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "FDC file without any token string: %1", "%1 is a file name");
+constexpr TranslatableText headTooShort = {QT_TRANSLATE_NOOP("fdcL-Error", "Bad FDC file")};
+constexpr TranslatableText noSourceLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing FC in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noTimeLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing FD in FDC file %1", "%1 is a file name");
+constexpr TranslatableText timeLineTooLong =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Garbage at the end of FD line in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noTypesLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing TC in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noTypes =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing TC information in FDC file %1", "%1 is a file name");
+constexpr TranslatableText unknownType =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown coverage type in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noBody = {QT_TRANSLATE_NOOP("fdcL-Error", "No data in FDC")};
+constexpr TranslatableText unknownBigramme =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown bigramme %1 in FDC file %2", "%1 is the text, %2 a file name");
+constexpr TranslatableText unknownProcedureWord =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown tpr type in FDC file %1", "%1 is a file name");
+constexpr TranslatableText secondEntry =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name");
+constexpr TranslatableText unknownBlockWord =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Unknown tb type in FDC file %1", "%1 is a file name");
+constexpr TranslatableText noChecksumLine =
+    QT_TRANSLATE_NOOP3("fdcL-Error", "Bad or missing DC in FDC file %1", "%1 is a file name");
+constexpr TranslatableText checksumLineTooLong = QT_TRANSLATE_NOOP3(
+    "fdcL-Error", "Garbage at the end of DC line checksum in FDC file %1", "%1 is a file name");
+} // namespace fault
+
 // Field descriptions of names, translated in the context "fdcL-Error" when one is missing.
 constexpr const char* sourceNameField = QT_TRANSLATE_NOOP("fdcL-Error", "src-file name in FDC file");
 constexpr const char* sourceDirectoryField =
@@ -162,9 +203,11 @@ constexpr std::array<BlockWord, 4> blockWords = {{{"simple", BlockKind::Simple},
                                                   {"logical", BlockKind::Logical},
                                                   {"atc", BlockKind::Atc}}};
 
-// A fatal error whose text names the description.
-[[noreturn]] void fileError(const FdcReader& reader, const QString& text) {
-    fatalError(filled(text, {reader.fileName}));
+[[noreturn]] void refuse(const TranslatableText& what, std::initializer_list<std::string_view> values) {
+    fatalError(filled(translate("fdcL-Error", what), values));
+}
+[[noreturn]] void refuse(const FdcReader& reader, const TranslatableText& what) {
+    refuse(what, {reader.fileName});
 }
 
 std::optional<std::string_view> next(FdcReader& reader) {
@@ -226,7 +269,7 @@ void storeConditions(FdcReader& reader) {
     }
     Service& service = *reader.currentService;
     if (service.conditions.empty() && !reader.newConditions.empty()) {
-        service.grownConditions = std::exchange(reader.list, {});
+        service.grownConditions = std::exchange(reader.list, GrowingConditions(&blockSource()));
         reader.listIsLent = true;
     }
     storeWaiting(reader.waiting, service);
@@ -280,7 +323,7 @@ Service* findOrAddService(FdcReader& reader, NameEntry* name) {
 
 // Makes the service named next the current one; a new one is appended. Most lines name that of the line before.
 Service& nextService(FdcReader& reader, const char* field) {
-    if (reader.currentService != nullptr && reader.serviceNameIsPlain &&
+    if (reader.currentService != nullptr && reader.serviceNameHasNoEscapes &&
         skipQuotedString(reader.line, reader.currentService->name->text)) {
         return *reader.currentService;
     }
@@ -288,13 +331,13 @@ Service& nextService(FdcReader& reader, const char* field) {
     if (reader.currentService == nullptr || reader.currentService->name != name) {
         leaveService(reader);
         reader.currentService = findOrAddService(reader, name);
-        reader.serviceNameIsPlain = name->text.find_first_of("\"\\") == std::string_view::npos;
+        reader.serviceNameHasNoEscapes = name->text.find_first_of("\"\\") == std::string_view::npos;
     }
     return *reader.currentService;
 }
 
 // An item of the current service. Its lines end its record; the service spans those of all its items.
-void readLines(FdcReader& reader, CoverageItem& item) {
+void readLineRange(FdcReader& reader, CoverageItem& item) {
     item.startLine = nextNumber(reader);
     item.endLine = nextNumber(reader);
     Service& service = *reader.currentService;
@@ -312,11 +355,10 @@ Item itemOf(const Service& service, std::uint32_t id) {
 
 void readEntry(FdcReader& reader, Service& service, std::uint32_t id) {
     if (service.entry) {
-        fatalError(filled(translate("fdcL-Error", "Multiple input in procedure %1", "%1 is a procedure name"),
-                          {service.name->text}));
+        refuse(fault::secondEntry, {service.name->text});
     }
     auto entry = itemOf<CoverageItem>(service, id);
-    readLines(reader, entry);
+    readLineRange(reader, entry);
     service.entry = entry;
     service.counts[counter::services] = 1;
 }
@@ -324,16 +366,14 @@ void readEntry(FdcReader& reader, Service& service, std::uint32_t id) {
 void readExit(FdcReader& reader, Service& service, std::uint32_t id, ExitKind kind) {
     auto exit = itemOf<ExitEntry>(service, id);
     exit.kind = kind;
-    readLines(reader, exit);
+    readLineRange(reader, exit);
     reader.newExits.push_back(exit);
 }
 
 void readProcedureBranch(FdcReader& reader, std::uint32_t id) {
-    const std::optional<std::string_view> word = next(reader);
-    const auto kind = std::find_if(procedureKinds.begin(), procedureKinds.end(),
-                                   [&](const ProcedureKind& candidate) { return candidate.word == word; });
-    if (kind == procedureKinds.end()) {
-        fileError(reader, translate("fdcL-Error", "Unknown tpr type in FDC file %1", "%1 is a file name"));
+    const ProcedureKind* kind = rowWith(procedureKinds, &ProcedureKind::word, next(reader));
+    if (kind == nullptr) {
+        refuse(reader, fault::unknownProcedureWord);
     }
     Service& service = nextService(reader, entityField);
     if (kind->isEntry) {
@@ -349,18 +389,16 @@ void readCall(FdcReader& reader, std::uint32_t id) {
     Service& service = nextService(reader, callingField);
     auto call = itemOf<CallEntry>(service, id);
     call.calledName = nextName(reader, calledField);
-    readLines(reader, call);
+    readLineRange(reader, call);
     reader.newCalls.push_back(call);
     ++service.counts[counter::calls];
     ++reader.section->callCount;
 }
 
 void readBlock(FdcReader& reader, std::uint32_t id) {
-    const std::optional<std::string_view> word = next(reader);
-    const auto kind = std::find_if(blockWords.begin(), blockWords.end(),
-                                   [&](const BlockWord& candidate) { return candidate.word == word; });
-    if (kind == blockWords.end()) {
-        fileError(reader, translate("fdcL-Error", "Unknown tb type in FDC file %1", "%1 is a file name"));
+    const BlockWord* kind = rowWith(blockWords, &BlockWord::word, next(reader));
+    if (kind == nullptr) {
+        refuse(reader, fault::unknownBlockWord);
     }
     Service& service = nextService(reader, enclosingField);
     const std::optional<std::string_view> label = next(reader);
@@ -370,7 +408,7 @@ void readBlock(FdcReader& reader, std::uint32_t id) {
     auto block = itemOf<BlockEntry>(service, id);
     block.kind = kind->kind;
     block.label = recordMemory().keepTerminated(*label);
-    readLines(reader, block);
+    readLineRange(reader, block);
     reader.newBlocks.push_back(block);
     ++service.counts[*counterOfType(typeOfBlock(kind->kind))];
     ++reader.section->blockCount;
@@ -385,7 +423,7 @@ void readCondition(FdcReader& reader, std::uint32_t id, ConditionKind kind) {
     auto condition = itemOf<ConditionEntry>(service, id);
     condition.kind = kind;
     condition.text = recordMemory().keepTerminated(*text);
-    readLines(reader, condition);
+    readLineRange(reader, condition);
     reader.newConditions.push_back(condition);
     std::uint32_t outcomes = 1;
     if (kind == ConditionKind::Outcome) {
@@ -441,9 +479,7 @@ void readBodyLine(FdcReader& reader) {
         id = nextNumber(reader);
     }
     if (kind == bodyLines.end() || kind->read == nullptr) {
-        fatalError(filled(
-            translate("fdcL-Error", "Unknown bigramme %1 in FDC file %2", "%1 is the text, %2 a file name"),
-            {bigramme, reader.fileName}));
+        refuse(fault::unknownBigramme, {bigramme, reader.fileName});
     }
     kind->read(reader, id);
 }
@@ -456,7 +492,7 @@ bool startsChecksumLine(const Line& line) {
 // Reads body lines up to the DC line; false when the file ends before one.
 bool readBody(FdcReader& reader) {
     if (!readLine(reader.input, reader.line)) {
-        fatalError(translate("fdcL-Error", "No data in FDC"));
+        refuse(fault::noBody, {});
     }
     reader.currentService = nullptr;
     reader.listIsLent = false;
@@ -476,19 +512,14 @@ bool readBody(FdcReader& reader) {
 void readVersionLine(FdcReader& reader) {
     const std::optional<std::string_view> version = next(reader);
     if (!version) {
-        fileError(reader,
-                  translate("fdcL-Error", "FDC file without any version string: %1", "%1 is a file name"));
+        refuse(reader, fault::noVersion);
     }
     if (std::find(readableVersions.begin(), readableVersions.end(), *version) == readableVersions.end()) {
-        fatalError(filled(translate("fdcL-Error",
-                                    "%1 has been generated with an incompatible version of the product: %2",
-                                    "%1 is a file name, %2 a version"),
-                          {reader.fileName, *version}));
+        refuse(fault::otherVersion, {reader.fileName, *version});
     }
     std::optional<std::string_view> token = next(reader);
     if (!token || token->starts_with('#')) {
-        fileError(reader,
-                  translate("fdcL-Error", "FDC file without any token string: %1", "%1 is a file name"));
+        refuse(reader, fault::noTokens);
     }
     for (const NameEntry*& tokenString : reader.section->tokenStrings) {
         tokenString = internName(*token);
@@ -502,7 +533,7 @@ void readVersionLine(FdcReader& reader) {
 
 void readSourceLine(FdcReader& reader) {
     if (next(reader) != "FC") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing FC in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noSourceLine);
     }
     FileDescription& section = *reader.section;
     section.sourceName = nextName(reader, sourceNameField);
@@ -514,30 +545,26 @@ void readSourceLine(FdcReader& reader) {
 
 void readSourceTimeLine(FdcReader& reader) {
     if (next(reader) != "FD") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing FD in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noTimeLine);
     }
     reader.section->sourceTime = static_cast<std::int32_t>(readDecimalTime(next(reader), reader.fileName));
     if (next(reader)) {
-        fileError(reader, translate("fdcL-Error", "Garbage at the end of FD line in FDC file %1",
-                                    "%1 is a file name"));
+        refuse(reader, fault::timeLineTooLong);
     }
 }
 
 void readTypesLine(FdcReader& reader) {
     if (next(reader) != "TC") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing TC in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noTypesLine);
     }
     std::optional<std::string_view> code = next(reader);
     if (!code) {
-        fileError(reader, translate("fdcL-Error", "Bad or missing TC information in FDC file %1",
-                                    "%1 is a file name"));
+        refuse(reader, fault::noTypes);
     }
     for (; code; code = next(reader)) {
-        const auto known = std::find_if(typeCodes.begin(), typeCodes.end(),
-                                        [&](const TypeCode& candidate) { return candidate.code == *code; });
-        if (known == typeCodes.end()) {
-            fileError(reader,
-                      translate("fdcL-Error", "Unknown coverage type in FDC file %1", "%1 is a file name"));
+        const TypeCode* known = rowWith(typeCodes, &TypeCode::code, *code);
+        if (known == nullptr) {
+            refuse(reader, fault::unknownType);
         }
         reader.section->coverageTypes |= known->bits;
     }
@@ -548,7 +575,7 @@ void readHeader(FdcReader& reader) {
     readVersionLine(reader);
     for (void (*readHeaderLine)(FdcReader&) : {readSourceLine, readSourceTimeLine, readTypesLine}) {
         if (!readLine(reader.input, reader.line)) {
-            fatalError(translate("fdcL-Error", "Bad FDC file"));
+            refuse(fault::headTooShort, {});
         }
         readHeaderLine(reader);
     }
@@ -611,15 +638,14 @@ void foldTokenStrings(FileDescription& section) {
 // `hasLine`: a line that starts with the bigramme and a blank is in hand.
 void readChecksumLine(FdcReader& reader, bool hasLine) {
     if (!hasLine || next(reader) != "DC") {
-        fileError(reader, translate("fdcL-Error", "Bad or missing DC in FDC file %1", "%1 is a file name"));
+        refuse(reader, fault::noChecksumLine);
     }
     reader.section->checksum = nextNumber(reader);
     if (const std::optional<std::string_view> key = next(reader)) {
         reader.section->fileKey = readDecimalValue(key, reader.fileName);
     }
     if (next(reader)) {
-        fileError(reader, translate("fdcL-Error", "Garbage at the end of DC line checksum in FDC file %1",
-                                    "%1 is a file name"));
+        refuse(reader, fault::checksumLineTooLong);
     }
     foldTokenStrings(*reader.section);
 }

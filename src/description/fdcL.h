@@ -1,7 +1,8 @@
 #pragma once
 
-// Coverage descriptions (FDC files): what an instrumenting front end says about source files. Lines start
-// with a two-letter kind, the bigramme:
+// Coverage descriptions (FDC files): what an instrumenting front end says about source files. The reader is called
+// fdcL in the contexts of its messages, by which translations go, so the file has that name. Lines start with a
+// two-letter kind, the bigramme:
 //
 //   VE 3.0e cov                       version, one to four token strings; starts a section
 //   FC "calc.c" "src/" "comment"      source file, its directory, optional comment

@@ -9,11 +9,18 @@
 //           Composition               a compound condition; its cases are entries of `conditions`
 //             ModifiedCondition       one per basic condition, with the pairs of cases that prove it
 //
-// Each record owns what is below it, in the memory of the model's arena. Records stay where they are once their
-// file is loaded; from then on only hits, flags and placeholders change.
+// Each record owns what is below it; records and texts lie in the model's arena, lists of conditions that came in several
+// pieces on the heap. Records stay where they are once their file is loaded; from then on only hits, flags and
+// placeholders change.
+//
+// A place is an index: of a record in the list that holds it.
+//
+// What is done with the records: item_index.h finds items, hit_counting.h counts their hits, condition_list.h,
+// conditions.h and pairs.h know conditions, their compositions, and the pairs of cases that prove a condition.
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <memory_resource>
@@ -110,7 +117,7 @@ struct HitRecord {
     std::uint8_t flags = 0;
 };
 
-// Programs have millions of items: each entry takes 32 or 40 bytes.
+// Programs have millions of items: each entry takes 32 or 40 bytes (docs/performance.md, "Where the time goes").
 struct CoverageItem : HitRecord {
     std::uint32_t id = 0; // of the instrumentation, expected to be unique within its section and kind
     std::uint32_t startLine = 0;
@@ -142,12 +149,24 @@ enum class ConditionKind : std::uint8_t { Outcome = 0, Single = 1, Case = 2 };
 constexpr std::uint16_t typeOfCondition(ConditionKind kind) {
     return kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions;
 }
-// The two outcomes of a condition are adjacent, the true one first, and share one text object. A case has no
-// text of its own: conditionText makes it.
+// The two outcomes of a condition are adjacent, the true one first, and share one text object. That is how they are told
+// apart: a true outcome is one whose neighbour behind it has the very same object (outcomeText). Equal texts of different
+// conditions are different objects, because the arena keeps each copy. A case has no text of its own: conditionText makes
+// it.
 struct ConditionEntry : CoverageItem {
     ConditionKind kind = ConditionKind::Outcome;
     const char* text = ""; // with its quotes; in the model's arena
 };
+
+// Outside of the arena: memory that is left is given back.
+using GrowingConditions = std::pmr::vector<ConditionEntry>;
+
+// Pointers have eight bytes where these sizes matter.
+constexpr bool haveSize(std::size_t size, std::size_t wanted) {
+    return sizeof(void*) != 8 || size == wanted;
+}
+static_assert(haveSize(sizeof(ExitEntry), 32) && haveSize(sizeof(CallEntry), 40) &&
+              haveSize(sizeof(BlockEntry), 40) && haveSize(sizeof(ConditionEntry), 40));
 
 // Two cases that differ in one basic condition and in their outcome, as places in the service's conditions.
 struct VectorPair {
@@ -187,9 +206,10 @@ struct alignas(64) Service {
     std::uint32_t firstLine = 4294967295;
     std::uint32_t lastLine = 0;
     CoverageCounters counts{};
-    bool allCasesInStep = true;      // those of its compositions
-    bool touchedInTest = false;      // stands in the list of services that resetTestCounts has to visit
-    std::int32_t selectedPlace = -1; // among the selected services; -1 when it is not selected
+    bool allCasesInStep = true; // those of its compositions
+    bool touchedInTest = false; // stands in the list of services that resetTestCounts has to visit
+    std::int32_t selectedPlace =
+        -1; // owned by the selection: place among its services; -1 when it is not selected
     CoverageCounters testCovered{};
     CoverageCounters globalCovered{};
     std::optional<CoverageItem> entry;
@@ -198,18 +218,20 @@ struct alignas(64) Service {
     std::span<BlockEntry> blocks;
     std::span<ConditionEntry> conditions; // in the model's arena, or looks at grownConditions
     std::vector<Composition> compositions;
-    // While conditions are added, and for those that came in several pieces: what grows here leaves nothing behind.
-    std::vector<ConditionEntry> grownConditions;
+    // While conditions are added, and for those that came in several pieces: what grows here leaves nothing behind,
+    // and a long list stands on large pages.
+    GrowingConditions grownConditions{&blockSource()};
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
     std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> conditionPlaces;
 };
 
-// Items of one kind by identifier. Dense identifiers, at least as many as there are items, index an array (null
-// where there is no such item), others a hash table. An identifier that occurs in several services keeps the first
-// item of each, in service order.
+static_assert(sizeof(void*) + 4 * sizeof(std::uint32_t) + sizeof(CoverageCounters) <= alignof(Service),
+              "the first cache line");
+
+// Items of one kind by identifier: see item_index.h.
 struct ItemIndex {
-    std::pmr::vector<CoverageItem*> dense{&recordMemory()};
+    std::pmr::vector<CoverageItem*> dense{&recordMemory()}; // null where there is no such item
     struct RareItems {
         NumberMap<std::uint32_t, CoverageItem*> sparse;
         NumberMap<std::uint32_t, std::vector<CoverageItem*>> repeated;
@@ -217,23 +239,11 @@ struct ItemIndex {
     std::unique_ptr<RareItems> rare; // none when all identifiers are dense and different
 };
 
-// A hit, as a trace line tells it.
-struct Hit {
-    ItemKind kind = ItemKind::Procedure;
-    std::uint32_t id = 0;
-    std::uint32_t count = 1;
-};
-
-// Most hits are of items that the current test has hit before. So that these need not look at the item, recordHit
-// notes by kind and dense identifier what is known. Nothing is noted where identifiers repeat.
+// What is known of the hits of one kind: see hit_counting.h.
 struct SeenHits {
-    std::span<std::uint8_t> plain;    // bits of namespace seen
-    std::span<std::uint32_t> counted; // 0, or 1 + the counts since the test's first hit, yet to be added
+    std::span<std::uint8_t> bits;   // by dense identifier: those of namespace seen
+    std::span<std::uint32_t> aside; // 0, or 1 + the counts since the test's first hit, yet to be added
 };
-namespace seen {
-constexpr std::uint8_t plainHit = 0x01; // hit in the test without a count; another such hit changes nothing
-constexpr std::uint8_t kept = 0x02;     // kept for the cleaned trace; owned by it
-} // namespace seen
 
 struct FileDescription {
     std::string fdcName; // empty on further sections of the same file and on placeholders
@@ -281,86 +291,8 @@ struct FoundDescription {
 };
 FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum);
 
-// Makes the indexes that findItem and recordHit need; once, when the description is complete.
-void indexItems(FileDescription& description);
-
-// The item of a kind with this identifier, null when the file has none. The search starts at the current
-// service, goes round the file's services once, and leaves the service found as the current one. An item of
-// kind Call, Block or Condition is the entry of its list; one of kind Procedure is the entry of its service or
-// an ExitEntry.
-CoverageItem* findItem(FileDescription& description, ItemKind kind, std::uint32_t id);
 // The coverage type of an item that findItem gave for a kind.
 std::uint16_t typeOfItem(const Service& service, ItemKind kind, const CoverageItem& item);
-
-// Counts a hit on the item; a missing item is a fatal error. With `Accumulate` the count is added (saturating
-// at mostHits), otherwise it replaces what was counted.
-enum class Counting : bool { Replace, Accumulate };
-void recordHit(FileDescription& description, ItemKind kind, std::uint32_t id, std::uint32_t count,
-               Counting counting);
-// Brings the records of items nearer before their hits are recorded one by one: with many of them at once, the waits
-// for memory overlap. Identifiers of missing items are passed over.
-void prefetchItems(const FileDescription& description, std::span<const Hit> hits);
-void countHit(Service& service, HitRecord& record, std::uint16_t type, std::uint32_t count,
-              Counting counting);
-// Of a kind; the room for hits of the given counting is there. Valid as long as the description.
-SeenHits& seenHits(FileDescription& description, ItemKind kind, Counting counting);
-// Adds the counts that are yet to be added, and forgets that they were seen. Due before anything looks at the hits
-// of items.
-void settleCounts();
-constexpr std::uint32_t saturatingSum(std::uint32_t hits, std::uint32_t count) {
-    return count < mostHits && hits < mostHits - count ? hits + count : mostHits;
-}
-
-// The services that were hit in the current test, each once, in the order of their first hits.
-const std::vector<Service*>& servicesHitInTest();
-
-// What was hit in the current test, each record once, in the order of the first hits. A run over all tests without
-// resetTestCounts keeps one for each record hit: 16 bytes.
-struct TestHit {
-    HitRecord* record = nullptr;
-    std::uint32_t service = 0;     // its place in the file
-    std::uint32_t file : 28 = 0;   // place in loadedDescriptions
-    std::uint32_t typeBit : 4 = 0; // which bit of a coverage-type mask its type is
-};
-static_assert(sizeof(TestHit) == 16);
-const std::vector<TestHit>& hitsOfTest();
-inline std::uint16_t typeOf(const TestHit& hit) {
-    return static_cast<std::uint16_t>(1U << hit.typeBit);
-}
-inline Service& serviceOf(const TestHit& hit) {
-    return loadedDescriptions()[hit.file]->services[hit.service];
-}
-
-// The conditions and cases that have been hit for the first time ever since the last call, of services with
-// compositions, in the order of their hits. Nothing else can complete a pair.
-struct FirstHit {
-    Service* service = nullptr;
-    std::uint32_t place = 0; // in the conditions of the service
-};
-std::vector<FirstHit> takeFirstHitsOfConditions();
-
-// The modified conditions proven so far, with their services, and how many of them the current test has counted.
-struct ProvenCondition {
-    Service* service = nullptr;
-    ModifiedCondition* condition = nullptr;
-};
-struct ProvenConditions {
-    std::vector<ProvenCondition> all;
-    std::size_t countedInTest = 0;
-};
-ProvenConditions& provenConditions();
-
-// Zeroes what was counted for the current test. Costs what the test touched.
-void resetTestCounts();
-
-// Place of the first condition of the service with this identifier.
-std::optional<std::uint32_t> findCondition(const Service& service, std::uint32_t id);
-// Appends conditions; findCondition knows them from then on.
-void appendConditions(Service& service, std::span<const ConditionEntry> entries);
-// Makes room for so many more to be appended. Conditions that come a few at a time move seldom.
-void reserveConditions(Service& service, std::size_t count);
-// Moves the conditions, of which there will mostly be no more, to the model's arena. Gives the memory that they leave.
-std::vector<ConditionEntry> settleConditions(Service& service);
 
 // The line that outputs show for a block: an implicit one stands where its statement ends.
 inline std::uint32_t blockLine(const BlockEntry& block) {

@@ -32,10 +32,10 @@ struct NamePool {
 
 // An entry with its text right behind it: comparing a text looks at both.
 NameEntry* makeEntry(Arena& memory, std::string_view text) {
-    void* place = memory.allocate(sizeof(NameEntry) + text.size(), alignof(NameEntry));
-    auto* copy = static_cast<char*>(place) + sizeof(NameEntry);
+    void* room = memory.allocate(sizeof(NameEntry) + text.size(), alignof(NameEntry));
+    auto* copy = static_cast<char*>(room) + sizeof(NameEntry);
     std::copy_n(text.data(), text.size(), copy);
-    return new (place) NameEntry{{copy, text.size()}};
+    return new (room) NameEntry{{copy, text.size()}};
 }
 
 // The slot of a text, or the free one where it belongs.
@@ -104,11 +104,11 @@ NameEntry* internName(std::string_view text) {
 }
 
 std::uint32_t addNameCount(NameCountList& list, const NameEntry* name) {
-    const auto [place, isNew] = list.places.try_emplace(name, list.nodes.size());
+    const auto [known, isNew] = list.places.try_emplace(name, list.nodes.size());
     if (isNew) {
         list.nodes.push_back({name, 0});
     }
-    return ++list.nodes[place->second].count;
+    return ++list.nodes[known->second].count;
 }
 
 void freeNameCountList(NameCountList& list) {

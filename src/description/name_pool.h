@@ -13,7 +13,8 @@ namespace veldacov {
 struct NameEntry {
     std::string_view text;   // in memory of the pool
     std::uint32_t flags = 0; // free for the users of the pool
-    std::uint32_t place = 0; // for the reader of descriptions: place of the service last added with this name
+    std::uint32_t place =
+        0; // owned by the reader of descriptions: that of the service last added with this name
 };
 
 // Empties the pool; every entry handed out before is gone.

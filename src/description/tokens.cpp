@@ -19,11 +19,11 @@ const char* findAny(const char* at, const char* end, const CharacterSet& set) {
     return at;
 }
 
-// The characters of a word of eight, the first in the lowest place.
+// The characters of a word of eight, the first in the lowest byte.
 std::uint64_t eightCharacters(const char* at) {
     std::uint64_t word = 0;
-    for (unsigned place = 0; place < 8; ++place) {
-        word |= std::uint64_t{static_cast<unsigned char>(at[place])} << (8 * place);
+    for (unsigned i = 0; i < 8; ++i) {
+        word |= std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
     }
     return word;
 }
@@ -31,14 +31,14 @@ std::uint64_t eightCharacters(const char* at) {
 // The first character that ends or interrupts a quoted text, looked for in eight characters at a time. Names make
 // up most of a description.
 const char* findQuotedTextEnd(const char* at, const char* end) {
-    constexpr std::uint64_t inAllPlaces = 0x0101010101010101;
+    constexpr std::uint64_t inAllBytes = 0x0101010101010101;
     constexpr std::uint64_t highBits = 0x8080808080808080;
     for (; end - at >= 8; at += 8) {
         const std::uint64_t word = eightCharacters(at);
-        std::uint64_t found = 0; // in the lowest place where one stands; places above it may be wrong
+        std::uint64_t found = 0; // in the lowest byte where one stands; bytes above it may be wrong
         for (const char ender : quotedTextEnders) {
-            const std::uint64_t difference = word ^ inAllPlaces * static_cast<unsigned char>(ender);
-            found |= (difference - inAllPlaces) & ~difference;
+            const std::uint64_t difference = word ^ inAllBytes * static_cast<unsigned char>(ender);
+            found |= (difference - inAllBytes) & ~difference;
         }
         if ((found & highBits) != 0) {
             return at + std::countr_zero(found & highBits) / 8;

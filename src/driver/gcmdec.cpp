@@ -12,6 +12,7 @@
 
 #include "support/machine.h"
 #include "support/response_words.h"
+#include "support/tables.h"
 
 namespace veldacov {
 
@@ -106,13 +107,13 @@ bool appendResponseWords(const std::string& fileName, std::vector<std::string>& 
 
 // Places of the list separators of a text, from `from` on.
 std::vector<std::size_t> listSeparators(std::string_view text, std::size_t from) {
-    std::vector<std::size_t> places;
+    std::vector<std::size_t> positions;
     for (std::size_t at = from; at < text.size(); ++at) {
         if (text[at] == decoder.listSeparator && (at == 0 || text[at - 1] != '\\')) {
-            places.push_back(at);
+            positions.push_back(at);
         }
     }
-    return places;
+    return positions;
 }
 
 std::vector<std::string_view> listPieces(std::string_view text, const std::vector<std::size_t>& separators) {
@@ -261,11 +262,11 @@ struct OptionMatch {
 BestMatch<OptionMatch> matchOption(std::string_view text) {
     BestMatch<OptionMatch> best;
     for (OptionDef& option : decoder.options) {
-        const std::size_t plainLength = optionLength(text, option.name);
-        best.offer({&option, 1}, plainLength, option.name.size());
+        const std::size_t length = optionLength(text, option.name);
+        best.offer({&option, 1}, length, option.name.size());
         const std::string negated = std::string("NO").append(option.name);
         const std::size_t negatedLength = option.negatable ? optionLength(text, negated) : 0;
-        if (negatedLength > plainLength) { // an option does not compete with itself
+        if (negatedLength > length) { // an option does not compete with itself
             best.offer({&option, -1}, negatedLength, negated.size());
         }
     }
@@ -349,9 +350,7 @@ bool applyDefaults() {
 }
 
 bool holds(const RuleCondition& condition) {
-    const auto option =
-        std::find_if(decoder.options.begin(), decoder.options.end(),
-                     [&](const OptionDef& candidate) { return candidate.name == condition.option; });
+    const OptionDef* option = rowWith(decoder.options, &OptionDef::name, condition.option);
     bool positive = false;
     switch (condition.target) {
     case ConditionTarget::Keyword:

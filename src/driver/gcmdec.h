@@ -1,8 +1,7 @@
 #pragma once
 
-// A decoder of command lines that knows nothing of this program: a grammar of plain records says which
-// positional words, options, values, keywords and combinations there are, and the decoder keeps what it
-// parsed in the same records.
+// The generic command decoder. It knows nothing of this program: a grammar of records says which positional words,
+// options, values, keywords and combinations there are, and the decoder keeps what it parsed in the same records.
 //
 // An option word starts with the prefix and may carry a value behind the separator (-pr=ret). Names are
 // matched without regard to case and may be abbreviated as long as they stay unique. A value may be a list.

@@ -52,7 +52,7 @@ struct Measure {
 };
 
 // Where the index has the measure's key.
-struct IndexPlace {
+struct IndexEntry {
     std::uint64_t position = 0;                // of its entry; the end of the file when it has none
     std::optional<std::uint32_t> recordOffset; // of its latest record
 };
@@ -69,10 +69,10 @@ void putWord(std::string& bytes, std::uint32_t word) {
     }
 }
 
-std::uint32_t wordAt(const std::string& bytes, std::size_t place) {
+std::uint32_t wordAt(const std::string& bytes, std::size_t number) {
     std::uint32_t word = 0;
     for (std::size_t i = wordSize; i-- > 0;) {
-        word = word << 8U | static_cast<unsigned char>(bytes[place * wordSize + i]);
+        word = word << 8U | static_cast<unsigned char>(bytes[number * wordSize + i]);
     }
     return word;
 }
@@ -271,7 +271,7 @@ bool createDatabase(Measure& measure) {
 
 // The key's entry; a rest of less than an entry at the end of the file is none. None, after showing why, when
 // the index cannot be read.
-std::optional<IndexPlace> findInIndex(const platform::Descriptor& index, std::uint32_t key) {
+std::optional<IndexEntry> findInIndex(const platform::Descriptor& index, std::uint32_t key) {
     const std::uint64_t length = lengthOf(index);
     const std::string bytes = bytesAt(index, 0, length);
     if (bytes.size() < length) {
@@ -280,10 +280,10 @@ std::optional<IndexPlace> findInIndex(const platform::Descriptor& index, std::ui
     }
     for (std::size_t entry = 0; (entry + 1) * entrySize <= length; ++entry) {
         if (wordAt(bytes, 2 * entry) == key) {
-            return IndexPlace{entry * entrySize, wordAt(bytes, 2 * entry + 1)};
+            return IndexEntry{entry * entrySize, wordAt(bytes, 2 * entry + 1)};
         }
     }
-    return IndexPlace{length, std::nullopt};
+    return IndexEntry{length, std::nullopt};
 }
 
 // The last record of the database, which holds the running totals. None after showing why.
@@ -349,8 +349,8 @@ bool updateDatabase(Measure& measure) {
     if (!measure.index.descriptor.isOpen()) {
         return problem(translate("Error", "Unable to open index file"));
     }
-    const std::optional<IndexPlace> place = findInIndex(measure.index.descriptor, measure.key);
-    if (!place || !computeTotals(measure, place->recordOffset)) {
+    const std::optional<IndexEntry> found = findInIndex(measure.index.descriptor, measure.key);
+    if (!found || !computeTotals(measure, found->recordOffset)) {
         return false;
     }
     const std::optional<std::uint64_t> offset = appendRecord(measure);
@@ -358,7 +358,7 @@ bool updateDatabase(Measure& measure) {
         return false;
     }
     const std::string entry = indexEntry(measure.key, *offset);
-    if (writeTo(measure.index, place->position, entry) < entry.size()) {
+    if (writeTo(measure.index, found->position, entry) < entry.size()) {
         return problem(translate("Error", "Unable to update Index File"));
     }
     return measure.index.descriptor.close() || problem(translate("Error", "Unable to close Index file"));

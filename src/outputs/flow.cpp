@@ -3,6 +3,8 @@
 #include <string_view>
 
 #include "description/conditions.h"
+#include "description/hit_counting.h"
+#include "description/item_index.h"
 #include "report/auth.h"
 #include "report/hit_lines.h"
 #include "report/report_text.h"
@@ -109,7 +111,7 @@ void retellHit(FlowState& flow, Hit hit) {
     }
 }
 
-// A hit line, and those in plain form that follow it.
+// A hit line, and those in the usual form that follow it.
 void handleHits(FlowState& flow, LineKind kind) {
     retellHit(flow, readHit(flow.trace, kind));
     takeHitLines(flow.trace, noKnownHits, [&flow](Hit hit) { retellHit(flow, hit); });

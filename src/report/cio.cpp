@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "description/hit_counting.h"
 #include "report/rates.h"
 #include "support/files.h"
 #include "support/machine.h"
@@ -24,12 +25,12 @@ struct CioBlock {
     bool anyPrinted = false;
 };
 
-const std::string& plain(CioFile& cio, ReportLabel label) {
-    std::string& text = cio.labels[static_cast<std::size_t>(label)];
-    if (text.empty()) {
-        text = plainLabelText(label);
+const std::string& text(CioFile& cio, ReportLabel label) {
+    std::string& known = cio.labels[static_cast<std::size_t>(label)];
+    if (known.empty()) {
+        known = cioLabelText(label);
     }
-    return text;
+    return known;
 }
 
 // True for what was hit since it was last looked at, and has not yet been counted in this period.
@@ -97,7 +98,7 @@ std::vector<std::size_t> placesHitInTest() {
 void writeServiceLines(CioFile& cio, CioBlock& block, const CioEntry& entry) {
     const NameEntry* fileName = entry.description->sourceName;
     if (!block.anyPrinted || block.fileName != fileName) {
-        putLine(cio.out, " ", plain(cio, ReportLabel::File), " ", fileName->text);
+        putLine(cio.out, " ", text(cio, ReportLabel::File), " ", fileName->text);
     }
     block = {fileName, true};
     putLine(cio.out, "    ", entry.service->name->text);
@@ -114,11 +115,11 @@ void writeRateLines(CioFile& cio, const CioEntry& entry, const CoverageCounters&
         if ((cio.typesInUse & row.bit) == 0) {
             continue;
         }
-        const std::string& label = plain(cio, labelOf(row, cio.typesInUse));
+        const std::string& label = text(cio, labelOf(row, cio.typesInUse));
         const std::uint32_t total = rowSum(row, entry.service->counts);
         if (total == 0) {
             putLine(cio.out, "       ", label, "\t",
-                    plain(cio, zeroTotalLabel(entry.description->coverageTypes, row.bit)));
+                    text(cio, zeroTotalLabel(entry.description->coverageTypes, row.bit)));
             continue;
         }
         const std::uint32_t rowHits = rowSum(row, hits);
@@ -145,13 +146,13 @@ void writeRateLines(CioFile& cio, const CioEntry& entry, const CoverageCounters&
 
 void writeRemark(CioFile& cio, ReportLabel remark) {
     if ((cio.typesInUse & type::modifiedConditions) != 0) {
-        putLine(cio.out, " (", plain(cio, remark), ")");
+        putLine(cio.out, " (", text(cio, remark), ")");
     }
 }
 
 void finishBlock(CioFile& cio, const CioBlock& block) {
     if (!block.anyPrinted) {
-        putLine(cio.out, " ", plain(cio, ReportLabel::NothingHit));
+        putLine(cio.out, " ", text(cio, ReportLabel::NothingHit));
     }
 }
 
@@ -249,7 +250,7 @@ void writeCioGlobalBlock(CioFile& cio) {
         writeServiceLines(cio, block, entry);
         const CoverageCounters& hits = entry.service->globalCovered;
         if ((cio.typesInUse & type::procedures) != 0) {
-            putLine(cio.out, "       ", plain(cio, ReportLabel::Hit), "\t", plain(cio, enteredLabel(hits)));
+            putLine(cio.out, "       ", text(cio, ReportLabel::Hit), "\t", text(cio, enteredLabel(hits)));
         }
         writeRateLines(cio, entry, hits, nullptr);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The CIO file (-CIO): rates per service in plain lines, written in step with the traces.
+// The CIO file (-CIO): rates per service, written in step with the traces.
 //
 //   T<test>      one block per selected test: its hits, and what it hit first in the current period
 //   O<service>   one block per period of one service number: what the period added

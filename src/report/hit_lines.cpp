@@ -8,14 +8,14 @@ KnownHits knownHits(FileDescription& description, Counting counting, std::uint16
         const SeenHits& seen = seenHits(description, kind, counting);
         const bool isRecorded = (recordedTypes & typesOfKind(kind)) != 0;
         KnownHits::Items& items = KnownHits::ofKeyword(known, KnownHits::startOfLine(kind));
-        items.plain = seen.plain.data();
-        items.counted = seen.counted.data();
+        items.bits = seen.bits.data();
+        items.aside = seen.aside.data();
         if (counting == Counting::Replace) {
             items.needed =
-                static_cast<std::uint8_t>((isRecorded ? seen::plainHit : 0) | (kept ? seen::kept : 0));
-            items.size = static_cast<std::uint32_t>(seen.plain.size());
+                static_cast<std::uint8_t>((isRecorded ? seen::uncountedHit : 0) | (kept ? seen::kept : 0));
+            items.size = static_cast<std::uint32_t>(seen.bits.size());
         } else if (isRecorded) { // counts that are not recorded are not put aside either
-            items.size = static_cast<std::uint32_t>(seen.counted.size());
+            items.size = static_cast<std::uint32_t>(seen.aside.size());
         }
     }
     return known;

@@ -25,6 +25,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "description/hit_counting.h"
 #include "description/model.h"
 #include "report/tio.h"
 #include "support/files.h"
@@ -34,10 +35,10 @@ namespace veldacov {
 // What is known of items, by the keyword of their hits.
 struct KnownHits {
     struct Items {
-        const std::uint8_t* plain = nullptr;
-        std::uint32_t* counted = nullptr;
+        const std::uint8_t* bits = nullptr;
+        std::uint32_t* aside = nullptr;
         std::uint32_t size = 0;    // of the one that is used; 0 where nothing may be taken for known
-        std::uint32_t keyword = 0; // its two letters and the blank behind them, the first in the lowest place
+        std::uint32_t keyword = 0; // its two letters and the blank behind them, the first in the lowest byte
         ItemKind kind = ItemKind::Procedure;
         std::uint8_t needed = 0; // bits that uncounted hits of known items have
     };
@@ -79,9 +80,7 @@ namespace detail {
 constexpr std::ptrdiff_t longestCarefulLine = 1024;
 
 constexpr std::uint32_t fourCharacters(const char* at) {
-    const auto byte = [at](std::size_t place) {
-        return std::uint32_t{static_cast<unsigned char>(at[place])};
-    };
+    const auto byte = [at](std::size_t i) { return std::uint32_t{static_cast<unsigned char>(at[i])}; };
     return byte(0) | byte(1) << 8U | byte(2) << 16U | byte(3) << 24U;
 }
 constexpr std::uint32_t keywordMask = 0xFFFFFF;
@@ -103,7 +102,7 @@ inline const char* takeHex(const char* at, std::uint32_t& value) {
     return at + 1;
 }
 
-// The line behind a plain line end; null when there is none.
+// The line behind a usual line end; null when there is none.
 inline const char* behindLineEnd(const char* at) {
     if (*at == '\n') {
         return at + 1;
@@ -117,12 +116,12 @@ bool isKnown(const KnownHits::Items& items, std::uint32_t id, std::uint32_t coun
         return false;
     }
     if constexpr (counted) {
-        std::uint32_t& aside = items.counted[id];
+        std::uint32_t& aside = items.aside[id];
         const bool known = aside != 0;
         aside = known ? saturatingSum(aside, count) : 0;
         return known;
     } else {
-        return (items.plain[id] & items.needed) == items.needed;
+        return (items.bits[id] & items.needed) == items.needed;
     }
 }
 

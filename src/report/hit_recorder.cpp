@@ -3,6 +3,7 @@
 #include <array>
 #include <span>
 
+#include "description/hit_counting.h"
 #include "report/hit_lines.h"
 
 namespace veldacov {
@@ -37,9 +38,9 @@ HitTreatment hitTreatment(const HitRecorder& recorder, const TraceCursor& cursor
 }
 
 bool isRecorded(const HitTreatment& treatment, Hit hit) {
-    const std::span<const std::uint8_t> seen = treatment.part->seenHits[kindIndex(hit.kind)].plain;
+    const std::span<const std::uint8_t> seen = treatment.part->seenHits[kindIndex(hit.kind)].bits;
     return treatment.counting == Counting::Replace && hit.id < seen.size() &&
-           (seen[hit.id] & seen::plainHit) != 0;
+           (seen[hit.id] & seen::uncountedHit) != 0;
 }
 
 void takeHit(const HitTreatment& treatment, Hit hit) {

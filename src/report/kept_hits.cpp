@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "description/hit_counting.h"
 #include "support/machine.h"
 
 namespace veldacov {
@@ -24,7 +25,7 @@ void keepDescribedHit(BranchHitTable& table, FileDescription& description, Hit h
     if (hit.id >= describedItems(description, hit.kind)) {
         internalError(translate("Internal Error", "Ident is too big in AddTioBranch"));
     }
-    std::uint8_t& bits = seenHits(description, hit.kind, Counting::Replace).plain[hit.id];
+    std::uint8_t& bits = seenHits(description, hit.kind, Counting::Replace).bits[hit.id];
     if ((bits & seen::kept) == 0) {
         bits |= seen::kept;
         table.idsKept.push_back(hit.id);
@@ -44,7 +45,7 @@ void forgetPart(KeptPart& kept) {
     for (const ItemKind kind : itemKinds) {
         BranchHitTable& table = kept.branchHitTables[kindIndex(kind)];
         for (const std::uint32_t id : table.idsKept) {
-            kept.description->seenHits[kindIndex(kind)].plain[id] &= static_cast<std::uint8_t>(~seen::kept);
+            kept.description->seenHits[kindIndex(kind)].bits[id] &= static_cast<std::uint8_t>(~seen::kept);
         }
         table.idsKept.clear();
         table.counts.reset();

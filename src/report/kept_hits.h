@@ -13,6 +13,7 @@
 #include <memory>
 #include <vector>
 
+#include "description/hit_counting.h"
 #include "description/model.h"
 #include "report/tio.h"
 #include "support/hash.h"
@@ -68,7 +69,7 @@ void forEachKeptHit(KeptPart& kept, ItemKind kind, Visit visit) {
         }
         return;
     }
-    const auto seen = kept.description->seenHits[kindIndex(kind)].plain;
+    const auto seen = kept.description->seenHits[kindIndex(kind)].bits;
     if (table.idsKept.size() * worthSorting < seen.size()) {
         for (const std::uint32_t id : detail::sortedIds(table)) {
             visit(id, std::uint32_t{1});

@@ -15,7 +15,7 @@ struct LabelRow {
     ReportLabel label;
     std::string_view english;
     std::string_view french;
-    const char* plain; // translated in the context "Cio message"
+    const char* cio; // translated in the context "Cio message"
 };
 
 constexpr std::array<LabelRow, static_cast<std::size_t>(ReportLabel::Count)> labels = {{
@@ -112,8 +112,8 @@ ReportLabel exitLabel(ExitKind kind) {
     return ReportLabel::Termination;
 }
 
-std::string plainLabelText(ReportLabel label) {
-    return toLocal(translate("Cio message", rowOf(label).plain));
+std::string cioLabelText(ReportLabel label) {
+    return toLocal(translate("Cio message", rowOf(label).cio));
 }
 
 } // namespace veldacov

@@ -55,7 +55,7 @@ std::string_view labelText(ReportLabel label, Language language);
 // The label of a reference to an exit.
 ReportLabel exitLabel(ExitKind kind);
 
-// The plain text for the CIO file, translated, in the local encoding.
-std::string plainLabelText(ReportLabel label);
+// The text for the CIO file, without columns, translated, in the local encoding.
+std::string cioLabelText(ReportLabel label);
 
 } // namespace veldacov

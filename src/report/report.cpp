@@ -1,6 +1,7 @@
 #include "report/report.h"
 
-#include "description/conditions.h"
+#include "description/hit_counting.h"
+#include "description/pairs.h"
 #include "report/auth.h"
 #include "report/report_text.h"
 #include "report/session.h"

@@ -1,10 +1,12 @@
 #include "report/report_text.h"
 
 #include <array>
+#include <cassert>
 #include <string>
 #include <vector>
 
 #include "description/conditions.h"
+#include "description/hit_counting.h"
 #include "report/auth.h"
 #include "report/rates.h"
 #include "support/files.h"
@@ -36,6 +38,7 @@ const CoverageCounters& hitsOf(const TraceSession& session, const Service& servi
 }
 
 std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
+    assert(countsAreSettled());
     return session.options->global ? record.globalHits : record.testHits;
 }
 
@@ -44,8 +47,8 @@ std::uint32_t hitsOf(const TraceSession& session, const HitRecord& record) {
 
 // The form of tests without counts lists the references that were not hit, with -BRANCH=COV those that were.
 template <typename PutText>
-void writePlainReference(TraceSession& session, const HitRecord& record, std::uint32_t line,
-                         PutText putText) {
+void writeUncountedReference(TraceSession& session, const HitRecord& record, std::uint32_t line,
+                             PutText putText) {
     if ((hitsOf(session, record) != 0) == session.options->branchCoverage) {
         OutputFile& out = *session.reportStream;
         out.put("\t\t\t\t");
@@ -72,7 +75,7 @@ void writeReference(TraceSession& session, const CoverageBlock& block, const Hit
     if (block.countOriented) {
         writeCountedReference(session, record, line, putText);
     } else {
-        writePlainReference(session, record, line, putText);
+        writeUncountedReference(session, record, line, putText);
     }
 }
 
@@ -144,7 +147,7 @@ void writeModifiedConditions(TraceSession& session, const CoverageBlock& block) 
     for (const Composition& composition : service.compositions) {
         for (std::size_t place = 0; place < composition.modifiedConditions.size(); ++place) {
             const ModifiedCondition& modified = composition.modifiedConditions[place];
-            writePlainReference(
+            writeUncountedReference(
                 session, modified, service.conditions[modified.basicCondition].startLine,
                 [&](OutputFile& out) { putModifiedCondition(session, out, service, composition, place); });
         }

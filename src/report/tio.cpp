@@ -5,10 +5,12 @@
 
 #include <QtGlobal>
 
+#include "description/hit_counting.h"
 #include "description/tokens.h"
 #include "report/auth.h"
 #include "support/machine.h"
 #include "support/run_files.h"
+#include "support/tables.h"
 
 namespace veldacov {
 
@@ -71,9 +73,8 @@ std::uint32_t nextNumber(TraceCursor& cursor) {
 
 void handleErrorLine(TraceCursor& cursor) {
     const std::uint32_t code = nextNumber(cursor);
-    const auto known = std::find_if(runTimeErrors.begin(), runTimeErrors.end(),
-                                    [code](const RunTimeError& candidate) { return candidate.code == code; });
-    const char* text = known != runTimeErrors.end() ? known->text : unknownRunTimeError;
+    const RunTimeError* known = rowWith(runTimeErrors, &RunTimeError::code, code);
+    const char* text = known != nullptr ? known->text : unknownRunTimeError;
     warningMessage(
         translate("User Warning", "Error detected during execution:\n-> %1", "%1 is the message of the error")
             .arg(translate("User Error", text)));

@@ -21,6 +21,7 @@
 #include <string>
 #include <string_view>
 
+#include "description/hit_counting.h"
 #include "description/model.h"
 #include "description/name_pool.h"
 #include "report/options.h"

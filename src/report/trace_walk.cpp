@@ -1,5 +1,6 @@
 #include "report/trace_walk.h"
 
+#include "description/hit_counting.h"
 #include "report/auth.h"
 
 namespace veldacov {

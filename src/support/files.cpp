@@ -130,7 +130,7 @@ std::string_view presentTimeText(std::optional<std::string_view> text, std::stri
     return *text;
 }
 
-// The four bytes at `offset`, the first in the highest place; bytes behind the text are zero.
+// The four bytes at `offset`, the first in the highest byte; bytes behind the text are zero.
 template <typename Byte>
 std::uint32_t bigEndianWord(std::string_view text, std::size_t offset) {
     std::uint32_t word = 0;

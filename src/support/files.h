@@ -91,7 +91,7 @@ struct HexText {
     [[nodiscard]] std::string_view view() const { return {digits.data(), length}; }
 };
 HexText hexText(std::uint32_t value);
-// Puts the same text where up to eight characters have room; gives the place behind it.
+// Puts the same text where up to eight characters have room; gives where it ends.
 inline char* putHex(char* at, std::uint32_t value) {
     do {
         *at++ = "0123456789abcdef"[value & 0xFU];

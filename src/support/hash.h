@@ -1,7 +1,7 @@
 #pragma once
 
 // Hashes for tables over what inputs say. They depend on a number that every run draws anew: nobody can choose names or
-// identifiers that all meet at one place of a table. So nothing that is printed may follow the order of such a table.
+// identifiers that all meet in one bucket of a table. So nothing that is printed may follow the order of such a table.
 
 #include <cstddef>
 #include <cstdint>
@@ -21,7 +21,7 @@ inline std::size_t seededHash(std::string_view bytes) noexcept {
 }
 
 // Hash function of numbers, for tables of the standard library. Most files have their numbers in order: a run of them
-// goes to as many places in order, which the processor is fast with, and only where the run begins cannot be foreseen.
+// goes to as many buckets in order, which the processor is fast with, and only where the run begins cannot be foreseen.
 struct NumberHash {
     std::size_t operator()(std::uint64_t number) const noexcept {
         constexpr unsigned runBits = 12;

@@ -19,9 +19,9 @@ constexpr std::size_t mostOpenOutputs = 8;
 std::array<OutputFile*, mostOpenOutputs> openOutputs{};
 
 void replaceInTable(const OutputFile* from, OutputFile* to) {
-    const auto place = std::find(openOutputs.begin(), openOutputs.end(), from);
-    if (place != openOutputs.end()) {
-        *place = to;
+    const auto known = std::find(openOutputs.begin(), openOutputs.end(), from);
+    if (known != openOutputs.end()) {
+        *known = to;
     }
 }
 
@@ -80,7 +80,13 @@ void OutputFile::putInPieces(std::string_view text) {
 }
 
 void OutputFile::putNumber(std::uint32_t number, std::size_t width) {
-    std::array<char, 10> digits{};
+    constexpr std::size_t mostDigits = 10;
+    if (width == 0 && buffer_.size() - used_ >= mostDigits) { // most numbers of a report
+        char* const first = buffer_.data() + used_;
+        used_ += static_cast<std::size_t>(std::to_chars(first, first + mostDigits, number).ptr - first);
+        return;
+    }
+    std::array<char, mostDigits> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     putPadded({digits.data(), end}, width);
 }

@@ -4,9 +4,12 @@
 // latest when the output is finished, and is a fatal error that names the file.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "support/platform.h"
@@ -64,12 +67,16 @@ private:
 // Standard output as an output; it stays open when the output is finished.
 OutputFile standardOutput();
 
-// Appends the pieces of one formatted line in order: texts, single characters and decimal numbers.
+// Appends the pieces of one formatted line in order: texts, single characters and decimal numbers. The length of a
+// literal is known, and nobody counts it again.
 template <typename... Pieces>
 void putLine(OutputFile& out, const Pieces&... pieces) {
     const auto putPiece = [&out](const auto& piece) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(piece)>, std::uint32_t>) {
+        using Piece = std::remove_cvref_t<decltype(piece)>;
+        if constexpr (std::is_same_v<Piece, std::uint32_t>) {
             out.putNumber(piece);
+        } else if constexpr (std::is_array_v<Piece>) {
+            out.put(std::string_view(piece, std::size(piece) - 1));
         } else {
             out.put(piece);
         }

@@ -271,7 +271,7 @@ std::optional<FileStatus> fileStatus(int descriptor) {
     return statusOf(status);
 }
 
-std::optional<FilePlace> placeOfMissing(const std::string& path) {
+std::optional<FileIdentity> identityOfMissing(const std::string& path) {
     constexpr int mostLinks = 40; // as many as the system follows
     std::filesystem::path end = path;
     std::error_code failure;
@@ -283,7 +283,7 @@ std::optional<FilePlace> placeOfMissing(const std::string& path) {
     if (!found || found->kind != FileKind::Directory) {
         return std::nullopt;
     }
-    return FilePlace{found->place.device, found->place.number, end.filename().string()};
+    return FileIdentity{found->identity.device, found->identity.number, end.filename().string()};
 }
 
 std::tm localTime(std::int64_t secondsSince1970) {

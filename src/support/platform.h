@@ -76,7 +76,7 @@ std::uint32_t processNumber();
 std::optional<std::size_t> readSome(int descriptor, char* into, std::size_t size);
 // Reads at a position, up to the end of the file or a read error.
 std::size_t readAt(int descriptor, std::uint64_t position, char* into, std::size_t size);
-// Writes all bytes at the descriptor's place; false when one could not be written.
+// Writes all bytes at the descriptor's position; false when one could not be written.
 bool writeAll(int descriptor, std::string_view bytes);
 // Writes bytes at a position, in one call where the system allows it; gives how many were written.
 std::size_t writeAt(int descriptor, std::uint64_t position, std::string_view bytes);
@@ -89,12 +89,12 @@ std::optional<std::uint64_t> fileLength(int descriptor);
 enum class FileKind : std::uint8_t { Regular, Directory, Pipe, NullDevice, Other };
 // What tells files apart, whatever names lead to them: an existing one its device and number there; a missing one,
 // with a name, those of the directory where it would be.
-struct FilePlace {
+struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t number = 0;
     std::string missingName;
 
-    bool operator<(const FilePlace& other) const {
+    bool operator<(const FileIdentity& other) const {
         return std::tie(device, number, missingName) <
                std::tie(other.device, other.number, other.missingName);
     }
@@ -102,14 +102,14 @@ struct FilePlace {
 struct FileStatus {
     std::int64_t modificationTime = 0; // seconds since 1970
     FileKind kind = FileKind::Other;
-    FilePlace place;
+    FileIdentity identity;
 };
 // None when the file cannot be examined.
 std::optional<FileStatus> fileStatus(const std::string& path);
 std::optional<FileStatus> fileStatus(int descriptor);
-// The place where a missing file would be created, at the end of symbolic links that lead nowhere yet; none without
+// The identity that a missing file would have if it were created, at the end of symbolic links that lead nowhere yet; none without
 // a directory.
-std::optional<FilePlace> placeOfMissing(const std::string& path);
+std::optional<FileIdentity> identityOfMissing(const std::string& path);
 
 // An instant (seconds since 1970) in the time zone of the user.
 std::tm localTime(std::int64_t secondsSince1970);

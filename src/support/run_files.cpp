@@ -13,33 +13,33 @@ namespace veldacov {
 
 namespace {
 
+using platform::FileIdentity;
 using platform::FileKind;
-using platform::FilePlace;
 
 struct RunFiles {
-    std::vector<std::string> namesToCompare; // of given files whose places are not known yet
-    std::set<FilePlace> given;
-    std::map<FilePlace, std::string>
+    std::vector<std::string> namesToCompare; // of given files whose identities are not known yet
+    std::set<FileIdentity> given;
+    std::map<FileIdentity, std::string>
         made; // with the names of listings, which may be appended to; others have none
-    std::set<FilePlace> pipesOpened;
+    std::set<FileIdentity> pipesOpened;
     std::map<std::string, InputFile> pipesKept; // by name
     bool copiesPipes = false;
 };
 RunFiles files;
 
 // Where a file is or would be; none when it is there and not regular, and when it cannot be created either.
-std::optional<FilePlace> placeOf(const std::string& name) {
+std::optional<FileIdentity> identityOf(const std::string& name) {
     const std::optional<platform::FileStatus> status = platform::fileStatus(name);
     if (!status) {
-        return platform::placeOfMissing(name);
+        return platform::identityOfMissing(name);
     }
-    return status->kind == FileKind::Regular ? std::optional(status->place) : std::nullopt;
+    return status->kind == FileKind::Regular ? std::optional(status->identity) : std::nullopt;
 }
 
-const std::set<FilePlace>& givenPlaces() {
+const std::set<FileIdentity>& givenIdentities() {
     for (const std::string& name : std::exchange(files.namesToCompare, {})) {
-        if (std::optional<FilePlace> place = placeOf(name)) {
-            files.given.insert(*std::move(place));
+        if (std::optional<FileIdentity> identity = identityOf(name)) {
+            files.given.insert(*std::move(identity));
         }
     }
     return files.given;
@@ -48,13 +48,13 @@ const std::set<FilePlace>& givenPlaces() {
 void rememberMade(int descriptor, const std::string& listingName) {
     const std::optional<platform::FileStatus> status = platform::fileStatus(descriptor);
     if (status && status->kind == FileKind::Regular) {
-        files.made.emplace(status->place, listingName);
+        files.made.emplace(status->identity, listingName);
     }
 }
 
 OutputFile create(const std::string& name, const std::string& listingName) {
-    const std::optional<FilePlace> place = placeOf(name);
-    if (place && (givenPlaces().contains(*place) || files.made.contains(*place))) {
+    const std::optional<FileIdentity> identity = identityOf(name);
+    if (identity && (givenIdentities().contains(*identity) || files.made.contains(*identity))) {
         return {};
     }
     platform::Descriptor file = platform::createForWriting(name);
@@ -81,7 +81,7 @@ InputFile copyOf(InputFile& input) {
     return copy;
 }
 
-// Reading the copy moves the place of all its descriptors.
+// Reading the copy moves the position of all its descriptors.
 InputFile openCopy(const InputFile& copy) {
     platform::rewindFile(copy.file.number());
     InputFile input;
@@ -103,7 +103,7 @@ void protectFile(std::string name) {
 InputFile openGivenFile(const std::string& name) {
     protectFile(name);
     const std::optional<platform::FileStatus> status = platform::fileStatus(name);
-    if (!status || (status->kind == FileKind::Pipe && !files.pipesOpened.insert(status->place).second)) {
+    if (!status || (status->kind == FileKind::Pipe && !files.pipesOpened.insert(status->identity).second)) {
         return {};
     }
     return openUnlessDevice(name, status->kind);
@@ -151,14 +151,19 @@ OutputFile outputOnStandardOutput() {
     return standardOutput();
 }
 
+bool standardOutputIsGiven() {
+    const std::optional<platform::FileStatus> status = platform::fileStatus(platform::standardOutput);
+    return status && status->kind == FileKind::Regular && givenPlaces().contains(status->place);
+}
+
 OutputFile createListing(const std::string& name) {
     return create(name, name);
 }
 
 OutputFile appendToListing(const std::string& name) {
-    const std::optional<FilePlace> place = placeOf(name);
-    if (place) {
-        const auto made = files.made.find(*place);
+    const std::optional<FileIdentity> identity = identityOf(name);
+    if (identity) {
+        const auto made = files.made.find(*identity);
         if (made == files.made.end() || made->second != name) {
             return {};
         }

@@ -43,6 +43,8 @@ void copyGivenPipes();
 OutputFile createOutput(const std::string& name, const QString& failure);
 // Standard output as an output of the run.
 OutputFile outputOnStandardOutput();
+// Whether standard output leads into a given file, as of `>>`.
+bool standardOutputIsGiven();
 // Creates a listing, or appends to one that was created under the same name. Not open when that is not possible.
 OutputFile createListing(const std::string& name);
 OutputFile appendToListing(const std::string& name);

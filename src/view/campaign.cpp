@@ -6,8 +6,9 @@
 #include <unordered_map>
 #include <utility>
 
-#include "description/conditions.h"
 #include "description/fdcL.h"
+#include "description/hit_counting.h"
+#include "description/pairs.h"
 #include "report/auth.h"
 #include "report/trace_walk.h"
 #include "support/files.h"
@@ -318,6 +319,7 @@ void takeStock(Campaign& campaign, const CampaignRequest& request, Patterns& pat
         campaign.types |= description->coverageTypes;
         campaign.files.push_back(std::move(file));
     }
+    warnUnmatchedSources(patterns); // also where nothing is left: it may be why
     if (campaign.files.empty()) {
         fatalError(translate("Fatal Error", "There is nothing to report ... report is empty"));
     }
@@ -412,12 +414,12 @@ Campaign loadCampaign(const CampaignRequest& request) {
     computeModifiedConditionHits();
     sumHits(campaign);
     nameStrayParts(campaign);
-    tellOfStrayParts(campaign);
     if (campaign.tests.empty()) {
         warningMessage(translate("View", "There is no test: nothing counts as hit"));
     }
-    warnUnmatched(events.patterns());
+    warnUnmatchedTests(events.patterns());
     campaign.complaints = complaintsSoFar() - complaintsBefore;
+    tellOfStrayParts(campaign);
     return campaign;
 }
 

@@ -111,7 +111,7 @@ struct Campaign {
     CoverageCounters totals{};
     CoverageCounters hits{};
     bool counted = false; // all hits were counted: counts say how often, else they say in how many tests
-    std::size_t complaints = 0; // warnings and errors given while loading
+    std::size_t complaints = 0; // warnings and errors given while loading, besides those about stray parts
 };
 
 // Loads descriptions and traces. Whatever is a fatal error for veldacov is one here: among them a malformed file, and

@@ -304,6 +304,10 @@ void writeVerdictMarkdown(OutputFile& out, const Campaign& campaign, const Check
     if (!campaign.strayParts.empty()) {
         writeStrayTable(out, campaign);
     }
+    if (campaign.complaints != 0) {
+        putLine(out,
+                "\nWarnings and errors while reading, see the log: ", std::to_string(campaign.complaints));
+    }
 }
 
 } // namespace veldacov

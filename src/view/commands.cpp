@@ -117,8 +117,14 @@ int runCommand(const ViewRequest& request) {
 } // namespace
 
 OutputFile openViewOutput(const std::string& name) {
-    return name == "-" ? outputOnStandardOutput()
-                       : createOutput(name, translate("Fatal Error", "Cannot create output file %1"));
+    const QString failure = translate("Fatal Error", "Cannot create output file %1");
+    if (name != "-") {
+        return createOutput(name, failure);
+    }
+    if (standardOutputIsGiven()) {
+        fatalError(filled(failure, {"standard output"}));
+    }
+    return outputOnStandardOutput();
 }
 
 int runView(const std::vector<std::string>& words) {

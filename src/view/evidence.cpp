@@ -7,6 +7,8 @@
 #include <optional>
 #include <tuple>
 
+#include "description/hit_counting.h"
+
 namespace veldacov {
 
 namespace {
@@ -50,6 +52,13 @@ std::uint32_t evaluations(Counts counts, std::uint32_t number, std::uint32_t oth
     return other == 0 ? counts[number] : saturatingSum(counts[number], counts[number + other]);
 }
 
+// Those of a decision stay together.
+void sortByLine(std::vector<ProofEvidence>& proofs) {
+    std::stable_sort(proofs.begin(), proofs.end(), [](const ProofEvidence& left, const ProofEvidence& right) {
+        return left.line < right.line;
+    });
+}
+
 // The evidence of one description.
 class DescriptionEvidence {
 public:
@@ -68,9 +77,7 @@ public:
         }
         takeLines();
         numberBranches();
-        std::stable_sort(
-            evidence_.proofs.begin(), evidence_.proofs.end(),
-            [](const ProofEvidence& left, const ProofEvidence& right) { return left.line < right.line; });
+        sortByLine(evidence_.proofs);
     }
 
 private:
@@ -259,11 +266,12 @@ void DescriptionEvidence::takeProofs(const CampaignService& service) {
     const Service& items = *service.service;
     for (const Composition& composition : items.compositions) {
         const auto conditions = static_cast<std::uint32_t>(composition.modifiedConditions.size());
+        const std::uint32_t line = items.conditions[composition.firstCase].startLine;
         std::uint32_t index = 0;
         for (const ModifiedCondition& modified : composition.modifiedConditions) {
             const ConditionEntry& condition = items.conditions[modified.basicCondition];
-            evidence_.proofs.push_back({items.conditions[composition.firstCase].startLine, conditions,
-                                        index++, isProven(service, modified, counts_), condition.text});
+            evidence_.proofs.push_back(
+                {line, conditions, index++, isProven(service, modified, counts_), condition.text});
         }
     }
 }
@@ -360,37 +368,46 @@ void joinBranches(std::vector<BranchEvidence>& all, const std::vector<BranchEvid
     });
 }
 
-// A condition of a decision, by the line and size of the decision, its text and which of those with one text.
-using ProofKey = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t, std::string_view, std::uint32_t>;
-std::vector<ProofKey> keysOf(const std::vector<ProofEvidence>& proofs) {
-    std::map<ProofKey, std::uint32_t> times;
-    std::vector<ProofKey> keys;
-    for (const ProofEvidence& proof : proofs) {
-        const ProofKey key{proof.line, proof.conditions, proof.index, proof.text, 0};
-        keys.push_back(key);
-        std::get<4>(keys.back()) = times[key]++;
+// A decision, by what it says: line, texts of its conditions, which of those with the same ones.
+using DecisionKey = std::tuple<std::uint32_t, std::vector<std::string_view>, std::uint32_t>;
+// Of the decisions that the proofs are of, in their order.
+std::vector<DecisionKey> decisionsOf(const std::vector<ProofEvidence>& proofs) {
+    std::map<std::pair<std::uint32_t, std::vector<std::string_view>>, std::uint32_t> times;
+    std::vector<DecisionKey> keys;
+    for (std::size_t first = 0; first < proofs.size(); first += proofs[first].conditions) {
+        std::vector<std::string_view> texts;
+        for (std::size_t i = first; i < first + proofs[first].conditions; ++i) {
+            texts.push_back(proofs[i].text);
+        }
+        const std::uint32_t time = times[{proofs[first].line, texts}]++;
+        keys.emplace_back(proofs[first].line, std::move(texts), time);
     }
     return keys;
 }
 
+// Decisions that both have are one, which either may prove; others of the second description are added whole.
 void joinProofs(std::vector<ProofEvidence>& all, const std::vector<ProofEvidence>& more) {
-    std::map<ProofKey, std::size_t> places;
-    const std::vector<ProofKey> known = keysOf(all);
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        places.emplace(known[i], i);
+    std::map<DecisionKey, std::size_t> places;
+    std::size_t first = 0;
+    for (const DecisionKey& decision : decisionsOf(all)) {
+        places.emplace(decision, first);
+        first += all[first].conditions;
     }
-    const std::vector<ProofKey> keys = keysOf(more);
-    for (std::size_t i = 0; i < more.size(); ++i) {
-        const auto same = places.find(keys[i]);
+    first = 0;
+    for (const DecisionKey& decision : decisionsOf(more)) {
+        const std::span<const ProofEvidence> proofs(more.data() + first, more[first].conditions);
+        const auto same = places.find(decision);
         if (same == places.end()) {
-            all.push_back(more[i]);
+            all.insert(all.end(), proofs.begin(), proofs.end());
         } else {
-            all[same->second].proven = all[same->second].proven || more[i].proven;
+            for (std::size_t i = 0; i < proofs.size(); ++i) {
+                bool& proven = all[same->second + i].proven;
+                proven = proven || proofs[i].proven;
+            }
         }
+        first += proofs.size();
     }
-    std::stable_sort(all.begin(), all.end(), [](const ProofEvidence& left, const ProofEvidence& right) {
-        return left.line < right.line;
-    });
+    sortByLine(all);
 }
 
 std::string normalised(const std::string& path) {

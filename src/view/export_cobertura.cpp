@@ -12,6 +12,7 @@
 #include <map>
 
 #include <QIODevice>
+#include <QLocale>
 #include <QXmlStreamWriter>
 
 #include "support/files.h"
@@ -98,12 +99,13 @@ QString className(std::string_view path) {
     return xmlText(path.substr(path.rfind('/') + 1)).replace(QLatin1Char('.'), QLatin1Char('_'));
 }
 
-// Nothing to cover is nothing covered.
+// Nothing to cover is nothing covered. All digits that matter: 1 means all, also of millions of lines.
 QString rate(const Share& share) {
-    return share.valid == 0
-               ? QStringLiteral("0.0")
-               : QString::number(static_cast<double>(share.covered) / static_cast<double>(share.valid), 'g',
-                                 6);
+    if (share.valid == 0) {
+        return QStringLiteral("0.0");
+    }
+    const double exact = static_cast<double>(share.covered) / static_cast<double>(share.valid);
+    return QString::number(exact, 'g', QLocale::FloatingPointShortest);
 }
 QString percentage(const Share& share) {
     return QString::number(share.covered * 100 / share.valid) + QLatin1Char('%');

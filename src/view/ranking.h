@@ -4,7 +4,6 @@
 // hits (its gain), of equal ones the first of the traces. The tests that gain something hit together all that the campaign
 // hits. Those of them that the others make superfluous are taken out again; what is left is the needed set.
 //
-//
 // What a test gains is known from an upper bound, the gain it had when it was looked at last: gains only fall. So few
 // tests are looked at again in each step, and looking at a test costs as many steps as it hits items.
 

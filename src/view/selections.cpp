@@ -40,11 +40,14 @@ bool isSelected(NamePatterns& patterns, std::string_view name) {
     return wanted && !excluded;
 }
 
-void warnUnmatched(const Patterns& patterns) {
+void warnUnmatchedSources(const Patterns& patterns) {
     warnUnmatched(patterns.files.wanted, "--file");
     warnUnmatched(patterns.files.excluded, "--exclude-file");
     warnUnmatched(patterns.services.wanted, "--service");
     warnUnmatched(patterns.services.excluded, "--exclude-service");
+}
+
+void warnUnmatchedTests(const Patterns& patterns) {
     warnUnmatched(patterns.tests.wanted, "--test");
     warnUnmatched(patterns.tests.excluded, "--exclude-test");
 }

@@ -39,7 +39,8 @@ inline bool selectsAll(const NamePatterns& patterns) {
     return patterns.wanted.empty() && patterns.excluded.empty();
 }
 
-// Warns about each pattern that has matched nothing.
-void warnUnmatched(const Patterns& patterns);
+// Warns about each pattern that has matched nothing: when all files and services have been looked at, and all tests.
+void warnUnmatchedSources(const Patterns& patterns);
+void warnUnmatchedTests(const Patterns& patterns);
 
 } // namespace veldacov

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "description/conditions.h"
+#include "description/hit_counting.h"
+#include "description/pairs.h"
 #include "plain_judges.h"
 #include "unit/test_support.h"
 

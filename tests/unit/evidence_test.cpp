@@ -144,6 +144,14 @@ TEST_F(EvidenceTest, DescriptionsOfOnePathAreJoined) {
     EXPECT_EQ(branchesOf(both), "2/0/0:1 2/0/1:4 2/1/0:0 2/1/1:5 ");
     ASSERT_EQ(both.functions.size(), 2U);
     EXPECT_EQ(both.functions[0].count, 3U);
+
+    // Decisions of one line and size with a condition in common stay two, each whole.
+    const std::string decisions = "CE 0 \"f\" \"a\" 2 2\nCE 2 \"f\" \"b\" 2 2\nCC 4 2 0 2 3 TTTFFX 1\n";
+    std::string others = decisions;
+    others.replace(others.find("\"b\""), 3, "\"c\"");
+    EXPECT_EQ(proofsOf(evidenceOfTraces({descriptionOf(decisions), descriptionOf(others, "a.c", "98")},
+                                        "NT \"t\" 1 1\n" + part + "TE 4\nTE 5\nFT 26\nDC 7\nTE 4\nTE 6\n")),
+              "2/2/0- 2/2/1+ 2/2/0+ 2/2/1- ");
 }
 
 TEST_F(EvidenceTest, SumsAndClaims) {

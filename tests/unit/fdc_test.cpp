@@ -1,6 +1,8 @@
 // Coverage descriptions: what is loaded, and what is queued as a trace. The case bad_descriptions has the refusals.
 
 #include <algorithm>
+#include <array>
+#include <random>
 #include <vector>
 
 #include "description/conditions.h"
@@ -58,6 +60,52 @@ TEST_F(FdcTest, EveryItemIsCountedInItsServiceAndFile) {
     EXPECT_EQ(conditions, "40 11-12 \"a \"<\" b\"True\n41 11-12 \"a \"<\" b\"False\n"
                           "42 13-13 \"a \"<\" b\"True\n43 13-13 \"a \"<\" b\"False\n"
                           "44 14-14 \"c\\d\"\n45 11-14 TT=T\n46 11-14 FF=F\n");
+}
+
+// Services in turn, with runs of conditions and with compositions of the first and the last condition so far.
+TEST_F(FdcTest, ConditionsOfServicesThatComeAgainStayInLineOrder) {
+    struct Condition {
+        std::uint32_t id, startLine, endLine;
+        std::string text;
+        bool operator==(const Condition&) const = default;
+    };
+    std::mt19937 random(20240607);
+    const auto below = [&](std::uint32_t limit) { return static_cast<std::uint32_t>(random() % limit); };
+    for (std::uint32_t round = 0; round < 100; ++round) {
+        std::array<std::vector<Condition>, 3> expected; // by service
+        std::string body;
+        std::uint32_t id = 0;
+        for (std::uint32_t turn = 0; turn < 60; ++turn) {
+            const std::size_t service = turn < 3 ? turn : below(3);
+            const std::string name = " \"" + std::to_string(service) + "\" ";
+            std::vector<Condition>& conditions = expected[service];
+            body += "AP 0" + name + "\"g\" 1 1\n";
+            for (std::uint32_t run = turn < 3 ? 1 : below(4); run > 0; --run) {
+                conditions.push_back({id, turn, turn + 1, "\"" + std::to_string(id) + "\""});
+                body += "CA " + std::to_string(id) + name + conditions.back().text + " " +
+                        std::to_string(turn) + " " + std::to_string(turn + 1) + "\n";
+                ++id;
+            }
+            if (below(3) == 0) {
+                const Condition& first = conditions.front();
+                const Condition& last = conditions.back();
+                body += "CC " + std::to_string(id) + " 2 " + std::to_string(last.id) + " " +
+                        std::to_string(first.id) + " 1 A..\n";
+                conditions.push_back({id, last.startLine, first.endLine, "FF=F"});
+                ++id;
+            }
+        }
+        freeAllDescriptions();
+        for (const Service& service : load(descriptionOf(body)).services) {
+            std::vector<Condition> conditions;
+            for (const ConditionEntry& entry : service.conditions) {
+                const auto place = static_cast<std::uint32_t>(conditions.size());
+                conditions.push_back(
+                    {entry.id, entry.startLine, entry.endLine, conditionText(service, place)});
+            }
+            EXPECT_TRUE(conditions == expected[service.place]) << service.name->text << " of " << body;
+        }
+    }
 }
 
 TEST_F(FdcTest, KeyAndChecksumComeFromSourceTokensAndChecksumLine) {

@@ -3,6 +3,8 @@
 #include <random>
 #include <vector>
 
+#include "description/hit_counting.h"
+#include "description/item_index.h"
 #include "plain_judges.h"
 #include "unit/test_support.h"
 

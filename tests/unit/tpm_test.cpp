@@ -8,6 +8,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "description/hit_counting.h"
 #include "outputs/TPM_Write_CommandLine.h"
 #include "unit/test_support.h"
 

@@ -4,6 +4,7 @@
 #include <random>
 #include <vector>
 
+#include "description/hit_counting.h"
 #include "report/trace_walk.h"
 #include "support/files.h"
 #include "support/machine.h"

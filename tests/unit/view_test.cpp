@@ -314,7 +314,8 @@ TEST_F(ViewTest, SelectionsLeaveOutWhatTheyName) {
                                     {},
                                     0,
                                     0,
-                                    fatalAccount("There is nothing to report ... report is empty")},
+                                    "WARNING: The pattern a.c of --file matches nothing\n" +
+                                        fatalAccount("There is nothing to report ... report is empty")},
                                    {{.services = {{}, pattern("[!f]")}}, {"day one", "night", "#"}, 1, 3, ""},
                                    {{.tests = {pattern("*n*"), pattern("day*")}}, {"night"}, 2, 1, ""},
                                    {{.tests = {{}, pattern("#")}}, {"day one", "night"}, 2, 3, ""},

@@ -1,8 +1,9 @@
 #include <stdarg.h>
+#include <stdatomic.h>
 #include <stdio.h>
 #include <string.h>
 
-struct flags { unsigned low : 3; int high : 5; volatile int seen; };
+struct flags { unsigned low : 3; int high : 5; volatile int seen; _Bool is : 1; };
 
 static int (*table[2])(int);
 
@@ -79,6 +80,19 @@ middle:
     return turns + n;
 }
 
+static int fields(struct flags *f) { return (f->low ?: 7) + (f->is ?: 4) + (nothing(), f->low); }
+
+static _Atomic int shared;
+static int atomic(int n) { return(atomic_fetch_add(&shared, n) && twice(shared++)); }
+static int local(int n)
+{
+    __label__ end;
+    if (n) { __label__ end; goto end; end:; }
+    goto end;
+end:
+    return(twice(n));
+}
+
 int main(void)
 {
     struct flags f = { .high = -2 };
@@ -90,115 +104,145 @@ int main(void)
     pass(1);
     printf("%d %g %s %s\n", make(3).high, sum(2, 1.5, 2.0), name(1), name(3));
     printf("%d %d\n", into(0), into(9));
+    printf("%d\n", fields(&f));
+    printf("%d\n", atomic(1));
+    printf("%d\n", atomic(2) + local(1));
     return (int)strlen("ab") - 2 ? 1 : 0;
 }
 
 /* expected
-4 PR proc "twice" 9 9
-4 BL simple "twice" BODY 9 9
-4 PR return "twice" 9 9
-2 PR proc "inside" 11 12
-2 BL simple "inside" BODY 12 15
-1 BL simple "inside" THEN 13 13
-1 BL implicit "inside" ELSE 13 13
-1/1 CE "inside" "k > 2" 13 13
-3 BL simple "inside" WHILE 13 13
-0 BL logical "inside" WHILE_0 13 13
-1 BL logical "inside" WHILE_1 13 13
-1 BL logical "inside" WHILE_N 13 13
-3/2 CE "inside" "k > 0" 13 13
-3/0 CE "inside" "n" 13 13
+6 PR proc "twice" 10 10
+6 BL simple "twice" BODY 10 10
+6 PR return "twice" 10 10
+2 PR proc "inside" 12 13
+2 BL simple "inside" BODY 13 16
+1 BL simple "inside" THEN 14 14
+1 BL implicit "inside" ELSE 14 14
+1/1 CE "inside" "k > 2" 14 14
+3 BL simple "inside" WHILE 14 14
+0 BL logical "inside" WHILE_0 14 14
+1 BL logical "inside" WHILE_1 14 14
+1 BL logical "inside" WHILE_N 14 14
+3/2 CE "inside" "k > 0" 14 14
+3/0 CE "inside" "n" 14 14
 3,0,2 CC TTTFFX 1
-1/1 CE "inside" "n > 1" 13 13
-1 AP "inside" "table[0]" 13 13
-1 AP "inside" "*table[1]" 13 13
-2 PR return "inside" 14 14
-1 PR proc "sizes" 17 18
-1 BL simple "sizes" BODY 18 23
-1/0 CE "sizes" "n > 3" 19 19
-1 PR return "sizes" 22 22
-1 PR proc "threaded" 25 26
-1 BL simple "threaded" BODY 26 39
-5 BL simple "threaded" FOR 29 36
-0 BL logical "threaded" FOR_1 29 36
-1 BL logical "threaded" FOR_N 29 36
-1 PR return "threaded" 38 38
-1 PR proc "select_type" 41 42
-1 BL simple "select_type" BODY 42 48
-1/0 CE "select_type" "n" 43 43
-1 CA "select_type" "1" 43 43
-1 AP "select_type" "twice" 43 43
-1/0 CE "select_type" "f->high" 44 44
-1/0 CE "select_type" "f->low" 45 45
-1/0 CE "select_type" "f->low" 45 45
-0/1 CE "select_type" "f->seen++" 45 45
+1/1 CE "inside" "n > 1" 14 14
+1 AP "inside" "table[0]" 14 14
+1 AP "inside" "*table[1]" 14 14
+2 PR return "inside" 15 15
+1 PR proc "sizes" 18 19
+1 BL simple "sizes" BODY 19 24
+1/0 CE "sizes" "n > 3" 20 20
+1 PR return "sizes" 23 23
+1 PR proc "threaded" 26 27
+1 BL simple "threaded" BODY 27 40
+5 BL simple "threaded" FOR 30 37
+0 BL logical "threaded" FOR_1 30 37
+1 BL logical "threaded" FOR_N 30 37
+1 PR return "threaded" 39 39
+1 PR proc "select_type" 42 43
+1 BL simple "select_type" BODY 43 49
+1/0 CE "select_type" "n" 44 44
+1 CA "select_type" "1" 44 44
+1 AP "select_type" "twice" 44 44
+1/0 CE "select_type" "f->high" 45 45
+1/0 CE "select_type" "f->low" 46 46
+1/0 CE "select_type" "f->low" 46 46
+0/1 CE "select_type" "f->seen++" 46 46
 0,1,0 CC TTTFFX 1
-1 AP "select_type" "twice" 46 46
-1 PR return "select_type" 47 47
-2 PR proc "nothing" 50 50
-2 BL simple "nothing" BODY 50 50
-2 PR endproc "nothing" 50 50
-2 PR proc "pass" 51 51
-2 BL simple "pass" BODY 51 51
-2 BL simple "pass" THEN 51 51
-0 BL implicit "pass" ELSE 51 51
-2/0 CE "pass" "n" 51 51
-2 PR return "pass" 51 51
-2 AP "pass" "nothing" 51 51
-0 PR return "pass" 51 51
-1 PR proc "make" 53 53
-1 BL simple "make" BODY 53 53
-1 PR return "make" 53 53
-1/0 CE "make" "n > 2" 53 53
-1 PR proc "sum" 55 56
-1 BL simple "sum" BODY 56 64
-2 BL simple "sum" WHILE 61 61
-0 BL logical "sum" WHILE_0 60 61
-0 BL logical "sum" WHILE_1 60 61
-1 BL logical "sum" WHILE_N 60 61
-2/1 CE "sum" "count-- > 0" 60 60
-1 PR return "sum" 63 63
-2 PR proc "name" 66 66
-2 BL simple "name" BODY 66 66
-2 PR return "name" 66 66
-1/1 CE "name" "n == 1" 66 66
-0/1 CE "name" "n == 2" 66 66
-1 AP "name" "pass" 66 66
-2 PR proc "into" 68 69
-2 BL simple "into" BODY 69 80
-1 BL simple "into" THEN 72 72
-1 BL implicit "into" ELSE 71 72
-1/1 CE "into" "n" 71 71
-4 BL simple "into" FOR 73 78
-0 BL logical "into" FOR_0 73 78
-0 BL logical "into" FOR_1 73 78
-2 BL logical "into" FOR_N 73 78
-4/2 CE "into" "turns < 3" 73 73
-2 BL simple "into" THEN 74 77
-2 BL implicit "into" ELSE 74 77
-2/2 CE "into" "n > 5" 74 74
-2 PR return "into" 79 79
-1 PR proc "main" 82 83
-1 BL simple "main" BODY 83 94
-1 AP "main" "printf" 86 86
-1 AP "main" "inside" 86 86
-1 AP "main" "inside" 86 86
-1 AP "main" "printf" 87 87
-1 AP "main" "sizes" 87 87
-1 AP "main" "printf" 88 88
-1 AP "main" "threaded" 88 88
-1 AP "main" "printf" 89 89
-1 AP "main" "select_type" 89 89
-1 AP "main" "pass" 90 90
-1 AP "main" "printf" 91 91
-1 AP "main" "make" 91 91
-1 AP "main" "sum" 91 91
-1 AP "main" "name" 91 91
-1 AP "main" "name" 91 91
-1 AP "main" "printf" 92 92
-1 AP "main" "into" 92 92
-1 AP "main" "into" 92 92
-1 PR return "main" 93 93
-0/1 CE "main" "(int)strlen(\"ab\") - 2" 93 93
-1 AP "main" "strlen" 93 93
+1 AP "select_type" "twice" 47 47
+1 PR return "select_type" 48 48
+3 PR proc "nothing" 51 51
+3 BL simple "nothing" BODY 51 51
+3 PR endproc "nothing" 51 51
+2 PR proc "pass" 52 52
+2 BL simple "pass" BODY 52 52
+2 BL simple "pass" THEN 52 52
+0 BL implicit "pass" ELSE 52 52
+2/0 CE "pass" "n" 52 52
+2 PR return "pass" 52 52
+2 AP "pass" "nothing" 52 52
+0 PR return "pass" 52 52
+1 PR proc "make" 54 54
+1 BL simple "make" BODY 54 54
+1 PR return "make" 54 54
+1/0 CE "make" "n > 2" 54 54
+1 PR proc "sum" 56 57
+1 BL simple "sum" BODY 57 65
+2 BL simple "sum" WHILE 62 62
+0 BL logical "sum" WHILE_0 61 62
+0 BL logical "sum" WHILE_1 61 62
+1 BL logical "sum" WHILE_N 61 62
+2/1 CE "sum" "count-- > 0" 61 61
+1 PR return "sum" 64 64
+2 PR proc "name" 67 67
+2 BL simple "name" BODY 67 67
+2 PR return "name" 67 67
+1/1 CE "name" "n == 1" 67 67
+0/1 CE "name" "n == 2" 67 67
+1 AP "name" "pass" 67 67
+2 PR proc "into" 69 70
+2 BL simple "into" BODY 70 81
+1 BL simple "into" THEN 73 73
+1 BL implicit "into" ELSE 72 73
+1/1 CE "into" "n" 72 72
+4 BL simple "into" FOR 74 79
+0 BL logical "into" FOR_0 74 79
+0 BL logical "into" FOR_1 74 79
+2 BL logical "into" FOR_N 74 79
+4/2 CE "into" "turns < 3" 74 74
+2 BL simple "into" THEN 75 78
+2 BL implicit "into" ELSE 75 78
+2/2 CE "into" "n > 5" 75 75
+2 PR return "into" 80 80
+1 PR proc "fields" 83 83
+1 BL simple "fields" BODY 83 83
+1 PR return "fields" 83 83
+1/0 CE "fields" "f->low" 83 83
+0/1 CE "fields" "f->is" 83 83
+1 AP "fields" "nothing" 83 83
+2 PR proc "atomic" 86 86
+2 BL simple "atomic" BODY 86 86
+2 PR return "atomic" 86 86
+1/1 CE "atomic" "atomic_fetch_add(&shared, n)" 86 86
+1/0 CE "atomic" "twice(shared++)" 86 86
+1,0,1 CC TTTFFX 1
+1 AP "atomic" "twice" 86 86
+1 PR proc "local" 87 88
+1 BL simple "local" BODY 88 94
+1 BL simple "local" THEN 90 90
+0 BL implicit "local" ELSE 90 90
+1/0 CE "local" "n" 90 90
+1 PR return "local" 93 93
+1 AP "local" "twice" 93 93
+1 PR proc "main" 96 97
+1 BL simple "main" BODY 97 111
+1 AP "main" "printf" 100 100
+1 AP "main" "inside" 100 100
+1 AP "main" "inside" 100 100
+1 AP "main" "printf" 101 101
+1 AP "main" "sizes" 101 101
+1 AP "main" "printf" 102 102
+1 AP "main" "threaded" 102 102
+1 AP "main" "printf" 103 103
+1 AP "main" "select_type" 103 103
+1 AP "main" "pass" 104 104
+1 AP "main" "printf" 105 105
+1 AP "main" "make" 105 105
+1 AP "main" "sum" 105 105
+1 AP "main" "name" 105 105
+1 AP "main" "name" 105 105
+1 AP "main" "printf" 106 106
+1 AP "main" "into" 106 106
+1 AP "main" "into" 106 106
+1 AP "main" "printf" 107 107
+1 AP "main" "fields" 107 107
+1 AP "main" "printf" 108 108
+1 AP "main" "atomic" 108 108
+1 AP "main" "printf" 109 109
+1 AP "main" "atomic" 109 109
+1 AP "main" "local" 109 109
+1 PR return "main" 110 110
+0/1 CE "main" "(int)strlen(\"ab\") - 2" 110 110
+1 AP "main" "strlen" 110 110
 */
