@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -12,6 +13,7 @@
 #include <fcntl.h>
 #include <malloc.h>
 #include <pwd.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -155,6 +157,30 @@ ExclusiveCreation createExclusively(const std::string& path) {
     creation.file = openFile(path, O_RDWR | O_CREAT | O_EXCL);
     creation.existedAlready = !creation.file.isOpen() && errno == EEXIST;
     return creation;
+}
+
+bool createFolder(const std::string& path) {
+    return ::mkdir(path.c_str(), S_IRWXU | S_IRWXG | S_IRWXO) == 0;
+}
+
+Descriptor lockFolder(const std::string& path) {
+    Descriptor folder = openFile(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (folder.isOpen() && ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0) {
+        return {};
+    }
+    return folder;
+}
+
+bool exchangeNames(const std::string& one, const std::string& other) {
+    return ::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+bool rename(const std::string& from, const std::string& to) {
+    return std::rename(from.c_str(), to.c_str()) == 0;
+}
+
+std::uint32_t processNumber() {
+    return static_cast<std::uint32_t>(::getpid());
 }
 
 Descriptor createUnnamed(const std::string& directory) {

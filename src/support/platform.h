@@ -60,6 +60,18 @@ bool removeFile(const std::string& path);
 // Goes back to the start of a file.
 void rewindFile(int descriptor);
 
+// Creates a folder that must not exist yet.
+bool createFolder(const std::string& path);
+// A folder that no other process has locked, locked until the descriptor is closed; none when it is not there, is no
+// folder itself (but a link to one), or is locked.
+Descriptor lockFolder(const std::string& path);
+// Gives a name to what has another one, and that name back, in one step; false where the file system cannot.
+bool exchangeNames(const std::string& one, const std::string& other);
+// Gives a file or folder another name, in place of what had it; a folder only in place of an empty one.
+bool rename(const std::string& from, const std::string& to);
+// Number of this process.
+std::uint32_t processNumber();
+
 // Reads up to `size` bytes; 0 at the end of the file, none after a read error.
 std::optional<std::size_t> readSome(int descriptor, char* into, std::size_t size);
 // Reads at a position, up to the end of the file or a read error.
@@ -95,8 +107,8 @@ struct FileStatus {
 // None when the file cannot be examined.
 std::optional<FileStatus> fileStatus(const std::string& path);
 std::optional<FileStatus> fileStatus(int descriptor);
-// The identity that a missing file would have if it were created, at the end of symbolic links that lead nowhere yet; none without
-// a directory.
+// The identity that a missing file would have if it were created, at the end of symbolic links that lead nowhere yet; none
+// without a directory.
 std::optional<FileIdentity> identityOfMissing(const std::string& path);
 
 // An instant (seconds since 1970) in the time zone of the user.

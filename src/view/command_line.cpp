@@ -85,9 +85,6 @@ CLI::App& addCommand(CLI::App& program, const std::string& name, const std::stri
     CLI::App& command = *program.add_subcommand(name, description);
     command.set_help_flag("--help,-h", "Show this text");
     command.add_option("files", parsed.files, "Descriptions and traces")->type_name("FILES");
-    command.add_option("-o,--output", request.output, "File to write, - for standard output")
-        ->type_name("FILE")
-        ->default_str("-");
     command.add_option("--root", request.campaign.root, "Show the paths of sources relative to DIR")
         ->type_name("DIR");
     Patterns& patterns = request.campaign.patterns;
@@ -95,6 +92,12 @@ CLI::App& addCommand(CLI::App& program, const std::string& name, const std::stri
     addPatterns(command, parsed, "service", patterns.services);
     addPatterns(command, parsed, "test", patterns.tests);
     return command;
+}
+
+void addOutput(CLI::App& command, ViewRequest& request) {
+    command.add_option("-o,--output", request.output, "File to write, - for standard output")
+        ->type_name("FILE")
+        ->default_str("-");
 }
 
 template <typename Choice>
@@ -117,6 +120,7 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, Choice& choic
 void addCheck(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(
         program, "check", "Show the rates, and fail where one is below its minimum", parsed, request);
+    addOutput(command, request);
     CheckOptions& check = request.check;
     addRepeated(command, "--min", parsed.minima, "A rate that must be reached, as decisions=80")
         ->type_name("RATE=PERCENT");
@@ -145,6 +149,7 @@ std::uint32_t numberOfFiles(const std::string& text) {
 
 void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(program, "export", "Write what other programs read", parsed, request);
+    addOutput(command, request);
     ExportOptions& exports = request.exports;
     addChoice<ExportFormat>(
         command, "--format", exports.format,
@@ -166,8 +171,16 @@ void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
 void addTests(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(
         program, "tests", "Order the tests by what each adds, and tell the redundant ones", parsed, request);
+    addOutput(command, request);
     addChoice<TestsFormat>(command, "--format", request.testsFormat,
                            {{"text", TestsFormat::Text}, {"json", TestsFormat::Json}}, "Form of the list");
+}
+
+void addHtml(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
+    addCommand(program, "html", "Write pages for a browser", parsed, request)
+        .add_option("-o,--output", request.output, "Folder to write, in place of the pages of an earlier run")
+        ->type_name("DIR")
+        ->required();
 }
 
 [[noreturn]] void answer(const std::string& text) {
@@ -276,6 +289,9 @@ ViewCommand commandOf(const CLI::App& program) {
     if (program.got_subcommand("export")) {
         return ViewCommand::Export;
     }
+    if (program.got_subcommand("html")) {
+        return ViewCommand::Html;
+    }
     return program.got_subcommand("check") ? ViewCommand::Check : ViewCommand::Tests;
 }
 
@@ -292,6 +308,9 @@ void refuseOtherFormats(const ViewRequest& request) {
     allow(isLcov || !exports.perTest, "--per-test", "--format lcov");
     allow(isLcov || !exports.mcdc, "--mcdc", "--format lcov");
     allow(canSplit || exports.split == 1, "--split", "--format cobertura --output FILE");
+    if (request.command == ViewCommand::Html && request.output == "-") {
+        refuse(translate("View", "html writes a folder, not standard output"));
+    }
 }
 
 } // namespace
@@ -299,7 +318,7 @@ void refuseOtherFormats(const ViewRequest& request) {
 ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     ViewRequest request;
     ParsedWords parsed;
-    CLI::App program("Verdicts and exports of coverage: descriptions and traces in, one thing out.",
+    CLI::App program("Verdicts, exports and pages of coverage: descriptions and traces in, one thing out.",
                      "veldaview");
     program.set_help_flag("--help,-h", "Show this text");
     program.set_version_flag("--version", "veldaview " + std::string(toolVersion), "Show the version");
@@ -307,6 +326,7 @@ ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     addCheck(program, parsed, request);
     addExport(program, parsed, request);
     addTests(program, parsed, request);
+    addHtml(program, parsed, request);
     parse(program, expandedWords(words));
     const auto names = std::find(words.begin(), words.end(), "--"); // the parser would look for options here
     parsed.files.insert(parsed.files.end(), names == words.end() ? names : names + 1, words.end());

@@ -5,6 +5,7 @@
 //   veldaview check  FILES [--min decisions=80]... [--per file] [--strict] [--markdown FILE] ...
 //   veldaview export --format lcov FILES ...
 //   veldaview tests  FILES [--format json] ...
+//   veldaview html   -o DIR FILES ...
 //
 // Words of the form @file are replaced by those of a response file, up to the word "--". Names of inputs may have
 // wildcards.
@@ -19,13 +20,13 @@
 
 namespace veldacov {
 
-enum class ViewCommand : std::uint8_t { Check, Export, Tests };
+enum class ViewCommand : std::uint8_t { Check, Export, Tests, Html };
 enum class TestsFormat : std::uint8_t { Text, Json };
 
 struct ViewRequest {
     ViewCommand command = ViewCommand::Check;
     CampaignRequest campaign;
-    std::string output = "-"; // "-": standard output
+    std::string output = "-"; // "-": standard output; a folder for Html
     CheckOptions check;
     std::string markdown; // empty: none
     ExportOptions exports;

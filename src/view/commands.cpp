@@ -12,6 +12,7 @@
 #include "support/platform.h"
 #include "support/run_files.h"
 #include "view/command_line.h"
+#include "view/pages.h"
 #include "view/ranking.h"
 
 namespace veldacov {
@@ -98,10 +99,16 @@ int runTests(const ViewRequest& request) {
     return 0;
 }
 
+int runHtml(const ViewRequest& request) {
+    writePages(load(request, CampaignDetail::Tests), request.output);
+    return 0;
+}
+
 int runCommand(const ViewRequest& request) {
     switch (request.command) {
     case ViewCommand::Check: return runCheck(request);
     case ViewCommand::Export: return runExport(request);
+    case ViewCommand::Html: return runHtml(request);
     case ViewCommand::Tests: break;
     }
     return runTests(request);

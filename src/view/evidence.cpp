@@ -318,6 +318,22 @@ bool isProven(const CampaignService& service, const ModifiedCondition& modified,
     });
 }
 
+const VectorPair* nearestPair(const CampaignService& service, const ModifiedCondition& modified,
+                              std::span<const std::uint32_t> counts) {
+    const std::uint32_t first = itemNumbers(service).conditions;
+    const auto lacks = [&](std::uint32_t place) { return counts[first + place] == 0 ? 1 : 0; };
+    const VectorPair* nearest = nullptr;
+    int fewest = 3;
+    for (const VectorPair& pair : modified.pairs) {
+        const int missing = lacks(pair.first) + lacks(pair.second);
+        if (missing < fewest) {
+            fewest = missing;
+            nearest = &pair;
+        }
+    }
+    return nearest;
+}
+
 bool isCaseLabel(const ConditionEntry& condition) {
     return condition.kind == ConditionKind::Single && unquoted(condition.text).starts_with("case ");
 }

@@ -76,6 +76,11 @@ void evidenceOf(const Campaign& campaign, const Source& source, std::span<const 
 bool isProven(const CampaignService& service, const ModifiedCondition& modified,
               std::span<const std::uint32_t> counts);
 
+// Of the pairs that would show it the one that lacks fewest cases, of these the first; none where there is no pair at all,
+// so that nothing can show it. Nothing lacks in the pair of a proven condition.
+const VectorPair* nearestPair(const CampaignService& service, const ModifiedCondition& modified,
+                              std::span<const std::uint32_t> counts);
+
 // A condition with one outcome that stands for a label of a switch; others are constants.
 bool isCaseLabel(const ConditionEntry& condition);
 

@@ -267,25 +267,16 @@ void CampaignJson::putModified(const CampaignService& service, const Composition
     putArray("missing", [&] { putMissing(service, composition, modified); });
 }
 
-// What would prove the condition: of the pair that lacks fewest cases (the first of them) those that are not hit.
+// What would prove the condition: the cases of its nearest pair that are not hit.
 void CampaignJson::putMissing(const CampaignService& service, const Composition& composition,
                               const ModifiedCondition& modified) {
-    const std::uint32_t first = itemNumbers(service).conditions;
-    const auto lacks = [&](std::uint32_t place) { return campaign_.counts[first + place] == 0; };
-    const VectorPair* best = nullptr;
-    int fewest = 3;
-    for (const VectorPair& pair : modified.pairs) {
-        const int missing = (lacks(pair.first) ? 1 : 0) + (lacks(pair.second) ? 1 : 0);
-        if (missing < fewest) {
-            fewest = missing;
-            best = &pair;
-        }
-    }
-    if (best == nullptr) {
+    const VectorPair* nearest = nearestPair(service, modified, campaign_.counts);
+    if (nearest == nullptr) {
         return;
     }
-    for (const std::uint32_t place : {best->first, best->second}) {
-        if (lacks(place)) {
+    const std::uint32_t first = itemNumbers(service).conditions;
+    for (const std::uint32_t place : {nearest->first, nearest->second}) {
+        if (campaign_.counts[first + place] == 0) {
             json_.Uint(place - composition.firstCase);
         }
     }
