@@ -57,5 +57,20 @@
         <comment>%1 is a number</comment>
         <translation>MCDC-Sätze von %1 Entscheidungen fehlen: eine frühere Entscheidung mit ebenso vielen Bedingungen beginnt in derselben Zeile</translation>
     </message>
+    <message>
+        <source>Cannot create folder %1</source>
+        <comment>%1 is the name of a folder</comment>
+        <translation>Ordner %1 kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>%1 is no folder</source>
+        <comment>%1 is the name of a file</comment>
+        <translation>%1 ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>Folder %1 has something that is no page of an earlier run: %2</source>
+        <comment>%1 is the name of a folder, %2 of a file in it</comment>
+        <translation>Ordner %1 enthält etwas, das keine Seite eines früheren Laufs ist: %2</translation>
+    </message>
 </context>
 </TS>
