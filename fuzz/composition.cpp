@@ -2,6 +2,7 @@
 // and pairs.
 
 #include <algorithm>
+#include <optional>
 
 #include "description/conditions.h"
 #include "description/fdcL.h"
@@ -23,44 +24,23 @@ std::uint32_t firstPlace(const Service& service, std::uint32_t id) {
 }
 
 void judge(const Service& service, const Composition& composition) {
-    const auto width = static_cast<std::uint32_t>(composition.basicConditionCount);
-    const std::uint32_t caseCount = composition.caseCount;
     const bool isTable = composition.frontier != expressionFrontier;
-    std::vector<std::string> vectors(caseCount, std::string(width, '\0'));
-    std::vector<bool> outcomes;
-    for (std::uint32_t k = 0; k < caseCount; ++k) {
-        for (std::uint32_t j = 0; j < width; ++j) {
-            const std::size_t at = std::size_t{k} * width + j;
-            vectors[k][j] = !isTable                        ? "FT"[j < 32 ? k >> j & 1U : 0]
-                            : at < composition.cases.size() ? composition.cases[at]
-                                                            : '\0';
-        }
-        std::size_t start = 0;
-        std::uint32_t condition = 0;
-        outcomes.push_back(isTable ? k < composition.frontier
-                                   : plain::evaluate(composition.cases, start, k, condition));
-        const std::string text = vectors[k] + (outcomes[k] ? "=T" : "=F");
-        fuzz::require(conditionText(service, composition.firstCase + k) == text.c_str());
+    const auto width = static_cast<std::uint32_t>(composition.basicConditionCount);
+    const plain::Cases cases(width, composition.caseCount, composition.cases,
+                             isTable ? std::optional(composition.frontier) : std::nullopt);
+    for (std::uint32_t k = 0; k < composition.caseCount; ++k) {
+        fuzz::require(conditionText(service, composition.firstCase + k) == cases.text(k));
     }
     const std::uint32_t firstId = service.conditions[composition.firstCase].id;
     for (std::uint32_t j = 0; j < width; ++j) {
-        const std::vector<VectorPair>& found = composition.modifiedConditions[j].pairs;
-        std::size_t next = 0;
-        for (std::uint32_t a = 0; a < caseCount; ++a) {
-            for (std::uint32_t b = 0; b < caseCount; ++b) {
-                const bool partners = isTable ? outcomes[a] && plain::differAt(vectors[a], vectors[b], j)
-                                              : j < 32 && b != a && b == (a | 1U << j);
-                if (outcomes[a] != outcomes[b] && partners) {
-                    fuzz::require(next < found.size());
-                    fuzz::require(found[next].first == firstPlace(service, firstId + a));
-                    fuzz::require(found[next].second == firstPlace(service, firstId + b));
-                    ++next;
-                }
-            }
-        }
-        fuzz::require(next == found.size());
-        fuzz::require(composition.modifiedConditions[j].basicCondition ==
-                      firstPlace(service, composition.basicConditionIds[j]));
+        const ModifiedCondition& modified = composition.modifiedConditions[j];
+        const auto expected = cases.pairs(j);
+        fuzz::require(std::equal(modified.pairs.begin(), modified.pairs.end(), expected.begin(),
+                                 expected.end(), [&](const VectorPair& found, const auto& pair) {
+                                     return found.first == firstPlace(service, firstId + pair.first) &&
+                                            found.second == firstPlace(service, firstId + pair.second);
+                                 }));
+        fuzz::require(modified.basicCondition == firstPlace(service, composition.basicConditionIds[j]));
     }
 }
 

@@ -1,5 +1,5 @@
-// Descriptions with repeated, dense and sparse identifiers, compared with the plain ordered search; then traces of them
-// in every form of a line, compared with plain sums.
+// Descriptions with repeated, dense and sparse identifiers, and traces of them in every form of a line, compared with the
+// plain ordered search and plain sums. (Single look-ups are compared in the unit tests.)
 
 #include <algorithm>
 #include <map>
@@ -8,7 +8,6 @@
 
 #include "description/fdcL.h"
 #include "description/hit_counting.h"
-#include "description/item_index.h"
 #include "description/model.h"
 #include "description/pairs.h"
 #include "driver/program.h"
@@ -72,30 +71,6 @@ private:
     std::vector<std::uint32_t> ids_;
     bool distinct_ = false; // hits of repeated identifiers take other ways
 };
-
-void compareLookups(Model& model, FuzzedDataProvider& bytes) {
-    FileDescription& file = *loadedDescriptions()[0];
-    std::size_t current = 0;
-    findDescription(1, 1); // forgets the current service
-    for (std::uint32_t step = 1; bytes.remaining_bytes() > 0; ++step) {
-        if (model.below(20) == 0) {
-            findDescription(1, 1);
-            current = 0;
-        }
-        const ItemKind kind = itemKinds[model.below(4)];
-        const std::uint32_t id = model.anyId();
-        const plain::Found expected = plain::searched(file, current, typesOfKinds[kindIndex(kind)], id);
-        if (expected.item != nullptr && model.below(2) == 0) {
-            recordHit(file, kind, id, step, Counting::Replace);
-            fuzz::require(expected.item->testHits == step);
-            continue;
-        }
-        const CoverageItem* found = findItem(file, kind, id);
-        fuzz::require(found == expected.item);
-        fuzz::require(found == nullptr ||
-                      typeOfItem(file.services[found->service], kind, *found) == expected.type);
-    }
-}
 
 // What should be counted, by the definition of a hit.
 struct PlainCounts {
@@ -258,13 +233,8 @@ void compareHits(Model& model, FuzzedDataProvider& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::require(fuzz::returns([&] {
         FuzzedDataProvider bytes(data, size);
-        const bool hits = bytes.ConsumeBool();
         Model model(bytes);
-        if (hits) {
-            compareHits(model, bytes);
-        } else {
-            compareLookups(model, bytes);
-        }
+        compareHits(model, bytes);
     }));
     resetProgram();
     return 0;

@@ -117,6 +117,24 @@ ROWS = [
     ("all", "~/my", "~/my\\ case.fdc "),
     ("all", "alpha.fdc >no", "alpha.fdc >notes.txt "),
 ]
+# The same behind "veldaview ".
+VIEW_ROWS = [
+    ("all", "", ["check", "export", "tests"]),
+    ("all", "ch", "check "),
+    ("all", "check al", "check alpha.fdc "),
+    ("bash", "check alpha.fdc --mark", "check alpha.fdc --markdown "),
+    ("zsh", "check alpha.fdc --mark", "check alpha.fdc --markdown="),
+    ("all", "check --markdown=my", "check --markdown=my\\ case.fdc "),
+    ("all", "check --min de", "check --min decisions="),
+    ("all", "check --min=lo", "check --min=loops="),
+    ("all", "check --per=s", "check --per=service "),
+    ("all", "check --per ", ["file", "service", "total"]),
+    ("all", "export --format c", "export --format cobertura "),
+    ("all", "tests --format=j", "tests --format=json "),
+    ("all", "tests my\\ case.fdc -o no", "tests my\\ case.fdc -o notes.txt "),
+    ("all", "export --root li", ["list of/", "listings/"]),
+    ("all", "check @wo", "check @words.lst "),
+]
 
 BASH_SETUP = r"""
 bind 'set enable-bracketed-paste off' 'set bell-style none' 'set completion-display-width 0' 'set page-completions off'
@@ -143,9 +161,9 @@ names() { emulate -L zsh; print -rl -- "${(@k)parameters}" | grep -Ev '^(_.*|[a-
 """
 # What they are called, the shell, and what is to be done there.
 SHELLS = [
-    ("bash", "bash", '. "$COMPLETIONS/veldacov"'),
+    ("bash", "bash", '. "$COMPLETIONS/veldacov"; . "$COMPLETIONS/veldaview"'),
     ("bash with other word breaks", "bash", 'set -u; COMP_WORDBREAKS=${COMP_WORDBREAKS//[=:@]/}\n'
-                                            '. "$COMPLETIONS/veldacov"'),
+                                            '. "$COMPLETIONS/veldacov"; . "$COMPLETIONS/veldaview"'),
     ("bash with bash-completion", "bash", 'set -u; . "$BASH_COMPLETION"'),
     ("zsh", "zsh", ""),
     ("zsh with other options", "zsh", "setopt no_unset ksh_arrays sh_word_split no_nomatch err_return"),
@@ -263,6 +281,13 @@ def run(*words):
                               stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, check=False).stderr
 
 
+def view_options(command):
+    """The long options that the second program tells of."""
+    text = subprocess.run([os.path.join(os.path.dirname(PROGRAM), "veldaview"), command, "--help"], env={"LC_ALL": "C"},
+                          text=True, stdout=subprocess.PIPE, check=True).stdout
+    return sorted(re.findall(r"^  (?:-\w,)?(--[\w-]+)", text, re.MULTILINE))
+
+
 def check(name, shell, words, keywords):
     _, offered = shell.complete("veldacov -", 3)
     if offered != words:
@@ -273,14 +298,19 @@ def check(name, shell, words, keywords):
         offered = offered or [line.partition("=")[2].rstrip()]
         if offered != choice:
             fail(name, f"the keywords of {option} are not those of the program", choice, offered)
-    for shells, typed, expected in ROWS:
+    for command in ("check", "export", "tests"):
+        known = view_options(command)
+        _, offered = shell.complete(f"veldaview {command} --", 3)
+        if offered != known:
+            fail(name, f"the options of veldaview {command}", known, offered)
+    for program, (shells, typed, expected) in [("veldacov ", row) for row in ROWS] + [("veldaview ", row) for row in VIEW_ROWS]:
         if shells not in ("all", "zsh" if shell.zsh else "bash"):
             continue
-        typed = "veldacov " + typed
+        typed = program + typed
         if isinstance(expected, str):
             line, offered = shell.complete(typed, 1)
-            if line != "veldacov " + expected or offered:
-                fail(name, f"typed     {typed}", "veldacov " + expected, f"{line}  {offered}" if offered else line)
+            if line != program + expected or offered:
+                fail(name, f"typed     {typed}", program + expected, f"{line}  {offered}" if offered else line)
         else:
             line, offered = shell.complete(typed, 3)
             if offered != sorted(expected) or not expected and line != typed:
@@ -321,7 +351,8 @@ def main():
                 path.write_text(content)
         loaded = pathlib.Path(root) / "bash-completion" / "completions"
         loaded.mkdir(parents=True)
-        (loaded / "veldacov").symlink_to(COMPLETIONS / "veldacov")
+        for completed in ("veldacov", "veldaview"):
+            (loaded / completed).symlink_to(COMPLETIONS / completed)
         for name, program, setup in SHELLS:
             if not shutil.which(program):
                 print(f"skipped: {name}: {program} is not installed")
@@ -336,7 +367,7 @@ def main():
         sys.exit(f"{problems} problems")
     if not tried:
         sys.exit(77)
-    print(f"{tried} shells, {len(ROWS)} lines, {len(words)} words for options")
+    print(f"{tried} shells, {len(ROWS) + len(VIEW_ROWS)} lines, {len(words)} words for options")
 
 
 main()

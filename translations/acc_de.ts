@@ -2,6 +2,69 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Veldacc Instrumenter</name>
+    <message>
+        <source>a second function of this name</source>
+        <translation>eine zweite Funktion dieses Namens</translation>
+    </message>
+    <message>
+        <source>the compiler refuses it instrumented</source>
+        <translation>der Übersetzer weist sie instrumentiert zurück</translation>
+    </message>
+    <message>
+        <source>%1:%2: function %3 is left as it is: %4</source>
+        <comment>%1 is a source, %2 a line, %3 a function, %4 a construct of C or the parser&apos;s message</comment>
+        <translation>%1:%2: Funktion %3 bleibt, wie sie ist: %4</translation>
+    </message>
+    <message>
+        <source>%1:%2: the cases of a decision of %3 conditions are not described: more than %4</source>
+        <comment>%1 is a source, %2 a line, %3 and %4 are numbers</comment>
+        <translation>%1:%2: die Fälle einer Entscheidung mit %3 Bedingungen sind nicht beschrieben: mehr als %4</translation>
+    </message>
+    <message>
+        <source>%1: what macros made cannot be traced back to them; texts are those of the preprocessed source</source>
+        <comment>%1 is a source</comment>
+        <translation>%1: was Makros erzeugt haben, lässt sich nicht auf sie zurückführen; die Texte sind die der vorverarbeiteten Quelle</translation>
+    </message>
+    <message>
+        <source>%1: not understood; it is not instrumented</source>
+        <comment>%1 is a source</comment>
+        <translation>%1: nicht verstanden; die Quelle ist nicht instrumentiert</translation>
+    </message>
+    <message>
+        <source>Cannot read %1</source>
+        <comment>%1 is a file</comment>
+        <translation>%1 kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Cannot write %1</source>
+        <comment>%1 is a file</comment>
+        <translation>%1 kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Unknown option %1</source>
+        <comment>%1 is an option</comment>
+        <translation>Unbekannte Option %1</translation>
+    </message>
+    <message>
+        <source>Option %1 cannot be %2</source>
+        <comment>%1 is an option, %2 a text</comment>
+        <translation>Option %1 kann nicht %2 sein</translation>
+    </message>
+    <message>
+        <source>naked function</source>
+        <translation>Funktion ohne Prolog (naked)</translation>
+    </message>
+    <message>
+        <source>loop without a place in the text</source>
+        <translation>Schleife ohne Ort im Text</translation>
+    </message>
+    <message>
+        <source>computed goto among local labels</source>
+        <translation>berechnetes goto zwischen lokalen Marken</translation>
+    </message>
+</context>
+<context>
     <name>Veldacc Message</name>
     <message>
         <source>Unknown option %1; veldacc --help lists them</source>

@@ -2,6 +2,69 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
+    <name>Veldacc Instrumenter</name>
+    <message>
+        <source>a second function of this name</source>
+        <translation>une deuxième fonction de ce nom</translation>
+    </message>
+    <message>
+        <source>the compiler refuses it instrumented</source>
+        <translation>le compilateur la refuse une fois instrumentée</translation>
+    </message>
+    <message>
+        <source>%1:%2: function %3 is left as it is: %4</source>
+        <comment>%1 is a source, %2 a line, %3 a function, %4 a construct of C or the parser&apos;s message</comment>
+        <translation>%1:%2 : la fonction %3 reste telle quelle : %4</translation>
+    </message>
+    <message>
+        <source>%1:%2: the cases of a decision of %3 conditions are not described: more than %4</source>
+        <comment>%1 is a source, %2 a line, %3 and %4 are numbers</comment>
+        <translation>%1:%2 : les cas d’une décision de %3 conditions ne sont pas décrits : plus de %4</translation>
+    </message>
+    <message>
+        <source>%1: what macros made cannot be traced back to them; texts are those of the preprocessed source</source>
+        <comment>%1 is a source</comment>
+        <translation>%1 : ce que les macros ont produit ne peut leur être rattaché ; les textes sont ceux de la source prétraitée</translation>
+    </message>
+    <message>
+        <source>%1: not understood; it is not instrumented</source>
+        <comment>%1 is a source</comment>
+        <translation>%1 : source non comprise ; elle n’est pas instrumentée</translation>
+    </message>
+    <message>
+        <source>Cannot read %1</source>
+        <comment>%1 is a file</comment>
+        <translation>Impossible de lire %1</translation>
+    </message>
+    <message>
+        <source>Cannot write %1</source>
+        <comment>%1 is a file</comment>
+        <translation>Impossible d’écrire %1</translation>
+    </message>
+    <message>
+        <source>Unknown option %1</source>
+        <comment>%1 is an option</comment>
+        <translation>Option inconnue %1</translation>
+    </message>
+    <message>
+        <source>Option %1 cannot be %2</source>
+        <comment>%1 is an option, %2 a text</comment>
+        <translation>L’option %1 ne peut pas être %2</translation>
+    </message>
+    <message>
+        <source>naked function</source>
+        <translation>fonction sans prologue (naked)</translation>
+    </message>
+    <message>
+        <source>loop without a place in the text</source>
+        <translation>boucle sans place dans le texte</translation>
+    </message>
+    <message>
+        <source>computed goto among local labels</source>
+        <translation>goto calculé parmi des étiquettes locales</translation>
+    </message>
+</context>
+<context>
     <name>Veldacc Message</name>
     <message>
         <source>Unknown option %1; veldacc --help lists them</source>

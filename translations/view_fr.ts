@@ -72,5 +72,40 @@
         <comment>%1 is the name of a folder, %2 of a file in it</comment>
         <translation>Le dossier %1 contient autre chose que les pages d&apos;une exécution précédente&#xa0;: %2</translation>
     </message>
+    <message>
+        <source>%1 is no value of %2, possible: %3</source>
+        <comment>%1 is a word of the command line, %2 an option, %3 a list</comment>
+        <translation>%1 n&apos;est pas une valeur de %2, valeurs possibles&#xa0;: %3</translation>
+    </message>
+    <message>
+        <source>A sub-command is missing: %1</source>
+        <comment>%1 is a list of names</comment>
+        <translation>Il manque une sous-commande&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>%1 is no sub-command</source>
+        <comment>%1 is a word of the command line</comment>
+        <translation>%1 n&apos;est pas une sous-commande</translation>
+    </message>
+    <message>
+        <source>%1 is missing</source>
+        <comment>%1 is an option, or what stands for file names</comment>
+        <translation>%1 manque</translation>
+    </message>
+    <message>
+        <source>Not expected in the command line: %1</source>
+        <comment>%1 are words of it</comment>
+        <translation>Inattendu dans la ligne de commande&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>%1 takes one value</source>
+        <comment>%1 is an option</comment>
+        <translation>%1 prend exactement une valeur</translation>
+    </message>
+    <message>
+        <source>%1 is for %2 only</source>
+        <comment>%1 and %2 are options</comment>
+        <translation>%1 ne va qu&apos;avec %2</translation>
+    </message>
 </context>
 </TS>

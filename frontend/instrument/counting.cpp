@@ -22,8 +22,9 @@ std::string orderedText(const HitTarget& target, ItemRef item) {
 }
 
 void append(std::string& list, const std::string& text) {
-    if (!list.empty())
+    if (!list.empty()) {
         list += ',';
+    }
     list += text;
 }
 
@@ -32,8 +33,9 @@ void append(std::string& list, const std::string& text) {
 CountedHit countHits(HitTarget& target, std::span<const ItemRef> items) {
     CountedHit hit;
     for (const ItemRef item : items) {
-        if (!item.described)
+        if (!item.described) {
             continue;
+        }
         if (target.counters.way == Counting::Ordered) {
             append(hit.text, orderedText(target, item));
             continue;
@@ -54,33 +56,39 @@ std::string hitText(HitTarget& target, std::span<const ItemRef> items) {
 }
 
 void giveFormula(HitTarget& target, std::span<const ItemRef> items, std::span<const std::uint32_t> counters) {
-    for (const ItemRef item : items)
-        if (item.described)
+    for (const ItemRef item : items) {
+        if (item.described) {
             formulaOf(target, item).insert(formulaOf(target, item).end(), counters.begin(), counters.end());
+        }
+    }
 }
 
 std::uint32_t reserveCounters(HitTarget& target, std::uint32_t count) {
     const std::uint32_t first = target.counters.used;
-    if (target.counters.way != Counting::Ordered)
+    if (target.counters.way != Counting::Ordered) {
         target.counters.used += count;
+    }
     return first;
 }
 
 std::string indexedHitText(HitTarget& target, ItemRef first, std::uint32_t counter,
                            const std::string& index) {
-    if (target.counters.way != Counting::Ordered)
+    if (target.counters.way != Counting::Ordered) {
         return "velda_counters[" + std::to_string(counter) + "u+" + index + "]++";
+    }
     return "veldacc_hit(" + sectionText(target) + ",(" + std::to_string(first.id) + "u+" + index + ")*4u+" +
            std::to_string(static_cast<unsigned>(first.kind)) + "u)";
 }
 
 std::string pathHitText(HitTarget& target, ItemRef first, std::uint32_t counter, const std::string& path,
                         const std::vector<std::uint32_t>& caseOfPath) {
-    if (target.counters.way != Counting::Ordered)
+    if (target.counters.way != Counting::Ordered) {
         return "velda_counters[" + std::to_string(counter) + "u+" + path + "]++";
+    }
     std::vector<std::uint32_t> items;
-    for (const std::uint32_t place : caseOfPath)
+    for (const std::uint32_t place : caseOfPath) {
         items.push_back((first.id + place) * 4 + static_cast<std::uint32_t>(HitKind::Condition));
+    }
     target.counters.caseMaps.push_back(std::move(items));
     return "veldacc_hit(" + sectionText(target) + ",velda_cases_" +
            std::to_string(target.counters.caseMaps.size() - 1) + '[' + path + "])";

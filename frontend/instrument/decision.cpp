@@ -28,14 +28,15 @@ std::uint64_t countPaths(const DecisionTree& tree) {
         const DecisionNode& node = tree.nodes[i];
         const Ways left = node.kind == NodeKind::Leaf ? Ways{} : ways[node.left];
         const Ways right = node.kind == NodeKind::Leaf ? Ways{} : ways[node.right];
-        if (node.kind == NodeKind::Not)
+        if (node.kind == NodeKind::Not) {
             ways[i] = {left.toFalse, left.toTrue};
-        else if (node.kind == NodeKind::And)
+        } else if (node.kind == NodeKind::And) {
             ways[i] = {saturatingMultiply(left.toTrue, right.toTrue),
                        saturatingAdd(left.toFalse, saturatingMultiply(left.toTrue, right.toFalse))};
-        else if (node.kind == NodeKind::Or)
+        } else if (node.kind == NodeKind::Or) {
             ways[i] = {saturatingAdd(left.toTrue, saturatingMultiply(left.toFalse, right.toTrue)),
                        saturatingMultiply(left.toFalse, right.toFalse)};
+        }
     }
     return saturatingAdd(ways[0].toTrue, ways[0].toFalse);
 }
@@ -47,8 +48,9 @@ std::vector<Branches> findBranches(const DecisionTree& tree) {
     const std::size_t count = tree.nodes.size();
     std::vector<std::uint32_t> first(count);
     std::uint32_t leaf = tree.leafCount;
-    for (std::size_t i = count; i-- > 0;)
+    for (std::size_t i = count; i-- > 0;) {
         first[i] = tree.nodes[i].kind == NodeKind::Leaf ? --leaf : first[tree.nodes[i].left];
+    }
     std::vector<Branches> ofNode(count);
     std::vector<Branches> ofLeaf(tree.leafCount);
     for (std::size_t i = 0; i < count; ++i) {
@@ -68,8 +70,9 @@ std::vector<Branches> findBranches(const DecisionTree& tree) {
 }
 
 std::uint64_t countCases(const DecisionTree& tree) {
-    if (!tree.fullEvaluation)
+    if (!tree.fullEvaluation) {
         return countPaths(tree);
+    }
     return tree.leafCount >= 32 ? saturated : std::uint64_t{1} << tree.leafCount;
 }
 
@@ -96,8 +99,9 @@ CaseTable makeCaseTable(const DecisionTree& tree) {
         std::uint32_t at = 0;
         while (!isEnd(at)) {
             const bool isTrue = rest < table.falseStep[at];
-            if (!isTrue)
+            if (!isTrue) {
                 rest -= table.falseStep[at];
+            }
             vector[at] = isTrue ? 'T' : 'F';
             at = isTrue ? branches[at].onTrue : branches[at].onFalse;
         }
@@ -108,14 +112,15 @@ CaseTable makeCaseTable(const DecisionTree& tree) {
     }
     table.letters = byOutcome[0] + byOutcome[1];
     table.frontier = counted[0];
-    for (std::size_t path = 0; path < rank.size(); ++path)
+    for (std::size_t path = 0; path < rank.size(); ++path) {
         table.caseOfPath.push_back(outcome[path] ? rank[path] : table.frontier + rank[path]);
+    }
     return table;
 }
 
 std::string prefixExpression(const DecisionTree& tree) {
     std::string text;
-    for (const DecisionNode& node : tree.nodes)
+    for (const DecisionNode& node : tree.nodes) {
         switch (node.kind) {
         case NodeKind::Leaf: text += '.'; break;
         case NodeKind::Not: text += 'N'; break;
@@ -123,6 +128,7 @@ std::string prefixExpression(const DecisionTree& tree) {
         case NodeKind::Or: text += tree.forced ? 'o' : 'O'; break;
         case NodeKind::Xor: text += 'X'; break;
         }
+    }
     return text;
 }
 

@@ -25,8 +25,9 @@ constexpr std::array<TypeCode, 9> typeCodes = {{{"PR", typePR},
 std::string quoted(std::string_view text) {
     std::string result = "\"";
     for (const char c : text) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             result += '\\';
+        }
         result += c;
     }
     return result + '"';
@@ -37,8 +38,9 @@ std::string linesText(Lines lines) {
 }
 
 ItemRef addItem(const Service& service, std::uint32_t type, HitKind kind, std::uint32_t count) {
-    if ((service.types & type) == 0)
+    if ((service.types & type) == 0) {
         return {};
+    }
     auto& formulas = service.section.formulas[static_cast<std::size_t>(kind)];
     const auto id = static_cast<std::uint32_t>(formulas.size());
     formulas.resize(id + count);
@@ -53,8 +55,9 @@ std::uint32_t crc32(std::string_view text) {
     std::uint32_t crc = 0xFFFFFFFFU;
     for (const char c : text) {
         crc ^= static_cast<unsigned char>(c);
-        for (int bit = 0; bit < 8; ++bit)
+        for (int bit = 0; bit < 8; ++bit) {
             crc = (crc >> 1U) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0);
+        }
     }
     return ~crc;
 }
@@ -69,11 +72,14 @@ std::uint32_t parseTypes(std::string_view list) {
         const std::size_t comma = list.find(',');
         const std::string_view code = list.substr(0, comma);
         std::uint32_t found = 0;
-        for (const TypeCode& known : typeCodes)
-            if (known.code == code)
+        for (const TypeCode& known : typeCodes) {
+            if (known.code == code) {
                 found = known.mask;
-        if (found == 0)
+            }
+        }
+        if (found == 0) {
             return 0;
+        }
         mask |= found | typePR | (found == typeCC ? typeCO : 0U);
         list = comma == std::string_view::npos ? std::string_view{} : list.substr(comma + 1);
     }
@@ -82,38 +88,43 @@ std::uint32_t parseTypes(std::string_view list) {
 
 SectionMark markSection(const Section& section) {
     SectionMark mark{section.items.size(), {}, section.hasTransferBlock};
-    for (std::size_t kind = 0; kind < hitKinds; ++kind)
+    for (std::size_t kind = 0; kind < hitKinds; ++kind) {
         mark.counts[kind] = section.formulas[kind].size();
+    }
     return mark;
 }
 
 void takeBack(Section& section, const SectionMark& mark) {
     section.items.resize(mark.itemBytes);
-    for (std::size_t kind = 0; kind < hitKinds; ++kind)
+    for (std::size_t kind = 0; kind < hitKinds; ++kind) {
         section.formulas[kind].resize(mark.counts[kind]);
+    }
     section.hasTransferBlock = mark.hasTransferBlock;
 }
 
 ItemRef addProcedureItem(const Service& service, std::string_view kind, Lines lines) {
     const ItemRef item = addItem(service, kind == "proc" ? typePR : typeRE, HitKind::Procedure, 1);
-    if (item.described)
+    if (item.described) {
         service.section.items += "PR " + std::to_string(item.id) + ' ' + std::string(kind) + ' ' +
                                  quoted(service.name) + ' ' + linesText(lines);
+    }
     return item;
 }
 
 ItemRef addCall(const Service& service, std::string_view called, Lines lines) {
     const ItemRef item = addItem(service, typeAP, HitKind::Call, 1);
-    if (item.described)
+    if (item.described) {
         service.section.items += "AP " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' +
                                  quoted(called) + ' ' + linesText(lines);
+    }
     return item;
 }
 
 ItemRef addBlock(const Service& service, std::string_view kind, std::string_view label, Lines lines) {
     const ItemRef item = addItem(service, blockType(kind), HitKind::Block, 1);
-    if (!item.described)
+    if (!item.described) {
         return item;
+    }
     service.section.items += "BL " + std::to_string(item.id) + ' ' + std::string(kind) + ' ' +
                              quoted(service.name) + ' ' + std::string(label) + ' ' + linesText(lines);
     service.section.hasTransferBlock |= kind == "atc";
@@ -122,29 +133,33 @@ ItemRef addBlock(const Service& service, std::string_view kind, std::string_view
 
 ItemRef addTwoOutcomes(const Service& service, std::string_view text, Lines lines) {
     const ItemRef item = addItem(service, typeCO, HitKind::Condition, 2);
-    if (item.described)
+    if (item.described) {
         service.section.items += "CE " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' +
                                  quoted(text) + ' ' + linesText(lines);
+    }
     return item;
 }
 
 ItemRef addOneOutcome(const Service& service, std::string_view text, Lines lines) {
     const ItemRef item = addItem(service, typeCO, HitKind::Condition, 1);
-    if (item.described)
+    if (item.described) {
         service.section.items += "CA " + std::to_string(item.id) + ' ' + quoted(service.name) + ' ' +
                                  quoted(text) + ' ' + linesText(lines);
+    }
     return item;
 }
 
 ItemRef addComposition(const Service& service, const std::vector<std::uint32_t>& conditions,
                        std::uint32_t caseCount, std::string_view cases) {
     const ItemRef item = addItem(service, typeCC, HitKind::Condition, caseCount);
-    if (!item.described)
+    if (!item.described) {
         return item;
+    }
     std::string& out = service.section.items;
     out += "CC " + std::to_string(item.id) + ' ' + std::to_string(conditions.size());
-    for (const std::uint32_t id : conditions)
+    for (const std::uint32_t id : conditions) {
         out += ' ' + std::to_string(id);
+    }
     out += ' ' + std::to_string(caseCount) + ' ' + std::string(cases) + '\n';
     return item;
 }
@@ -157,13 +172,16 @@ ItemRef next(ItemRef item) {
 std::string finishSection(Section& section, const HeaderFacts& facts) {
     const bool fixedTime = std::getenv("SOURCE_DATE_EPOCH") != nullptr;
     std::int64_t time = fixedTime ? 0 : veldacov::fileModificationTime(section.path);
-    if (time < 0 || time > 0x7FFFFFFF)
+    if (time < 0 || time > 0x7FFFFFFF) {
         time = 0;
+    }
     section.header = "VE 3.0e " + std::string(tokenString) + " # veldacc\nFC " + quoted(section.name) + ' ' +
                      quoted(section.directory) + "\nFD " + std::to_string(time) + "\nTC";
-    for (const TypeCode& type : typeCodes)
-        if ((facts.types & type.mask) != 0 && (type.mask != typeBA || section.hasTransferBlock))
+    for (const TypeCode& type : typeCodes) {
+        if ((facts.types & type.mask) != 0 && (type.mask != typeBA || section.hasTransferBlock)) {
             section.header += ' ' + std::string(type.code);
+        }
+    }
     section.header += facts.forced ? " CF\n" : "\n";
 
     // The time is no part of what the checksum answers for: a touched source has the same items.

@@ -21,8 +21,9 @@ std::vector<std::uint32_t> ordered(const std::vector<Surrounding>& all, bool clo
     std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
         const Surrounding& x = all[a];
         const Surrounding& y = all[b];
-        if (closing)
+        if (closing) {
             return x.last != y.last ? x.last < y.last : x.first != y.first ? x.first > y.first : a > b;
+        }
         return x.first != y.first ? x.first < y.first : x.last != y.last ? x.last > y.last : a < b;
     });
     return order;
@@ -32,8 +33,9 @@ std::vector<std::uint32_t> ordered(const std::vector<Surrounding>& all, bool clo
 std::uint32_t offsetBeforePragmas(const std::string& text, const std::vector<TextToken>& tokens,
                                   std::uint32_t token) {
     const std::uint32_t at = tokens[token].offset;
-    if (token == 0)
+    if (token == 0) {
         return at;
+    }
     const std::uint32_t end = tokens[token - 1].offset + tokens[token - 1].length;
     return std::string_view(text).substr(end, at - end).find("#pragma") != std::string_view::npos ? end : at;
 }
@@ -61,21 +63,25 @@ std::string applyEdits(const Edits& edits, const std::string& text, const std::v
     const auto endOf = [&](std::uint32_t token) { return tokens[token].offset + tokens[token].length; };
     // At one offset: what closes, what stands behind a token, what stands before one, what opens.
     std::vector<Piece> pieces;
-    for (const std::uint32_t i : ordered(edits.surroundings, true))
+    for (const std::uint32_t i : ordered(edits.surroundings, true)) {
         pieces.push_back({endOf(edits.surroundings[i].last), 0, edits.surroundings[i].close});
-    for (const PointText& point : edits.behind)
+    }
+    for (const PointText& point : edits.behind) {
         pieces.push_back({endOf(point.token), 0, point.text});
-    for (const PointText& point : edits.before)
+    }
+    for (const PointText& point : edits.before) {
         pieces.push_back({tokens[point.token].offset, 0, point.text});
+    }
     for (const std::uint32_t i : ordered(edits.surroundings, false)) {
         const Surrounding& wrap = edits.surroundings[i];
         pieces.push_back(
             {wrap.beforePragmas ? offsetBeforePragmas(text, tokens, wrap.first) : tokens[wrap.first].offset,
              0, wrap.open});
     }
-    for (const Replacement& replacement : edits.replacements)
+    for (const Replacement& replacement : edits.replacements) {
         pieces.push_back(
             {tokens[replacement.token].offset, tokens[replacement.token].length, replacement.text});
+    }
     std::stable_sort(pieces.begin(), pieces.end(),
                      [](const Piece& a, const Piece& b) { return a.offset < b.offset; });
 

@@ -1,6 +1,7 @@
 #include "instrument.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <map>
@@ -27,8 +28,9 @@ std::uint32_t sectionOf(Sections& sections, const std::string& fileName) {
     const fs::path path = fs::absolute(fileName).lexically_normal();
     const auto [at, isNew] =
         sections.byPath.try_emplace(path.string(), static_cast<std::uint32_t>(sections.all.size()));
-    if (!isNew)
+    if (!isNew) {
         return at->second;
+    }
     Section section;
     section.path = path.string();
     section.name = path.filename().string();
@@ -36,8 +38,9 @@ std::uint32_t sectionOf(Sections& sections, const std::string& fileName) {
     if (!sections.input.root.empty()) {
         const fs::path within =
             directory.lexically_relative(fs::absolute(sections.input.root).lexically_normal());
-        if (!within.empty() && *within.begin() != "..")
+        if (!within.empty() && *within.begin() != "..") {
             directory = within;
+        }
     }
     section.directory = directory == "." || directory == "./" ? "./" : directory.string() + '/';
     sections.all.push_back(std::move(section));
@@ -61,20 +64,24 @@ std::vector<Candidate> findFunctions(const Unit& unit) {
     for (const clang::Decl* declaration : unit.parsed.context.getTranslationUnitDecl()->decls()) {
         const auto* function = llvm::dyn_cast<clang::FunctionDecl>(declaration);
         if (function == nullptr || !function->doesThisDeclarationHaveABody() || function->isImplicit() ||
-            !llvm::isa_and_nonnull<clang::CompoundStmt>(function->getBody()))
+            !llvm::isa_and_nonnull<clang::CompoundStmt>(function->getBody())) {
             continue;
+        }
         const std::uint32_t brace = firstToken(unit, function->getBody());
         const std::uint32_t begin = findToken(unit, function->getBeginLoc());
         const std::uint32_t token = begin == noToken ? brace : begin;
-        if (token == noToken || brace == noToken)
+        if (token == noToken || brace == noToken) {
             continue;
+        }
         const Place place = placeOfToken(unit, token);
-        if (place.instance == noInstance)
+        if (place.instance == noInstance) {
             continue;
+        }
         const FileInstance& file = unit.marks.instances[place.instance];
         if (file.system || (place.instance != 0 && isHeader(file.name) && !unit.settings.headers) ||
-            isSystemMacroBody(unit, brace))
+            isSystemMacroBody(unit, brace)) {
             continue;
+        }
         found.push_back({function, token, place.instance});
     }
     std::sort(found.begin(), found.end(),
@@ -86,38 +93,63 @@ std::vector<Candidate> findFunctions(const Unit& unit) {
 void refuseErrors(const Unit& unit, const Candidate& candidate) {
     const std::uint32_t begin = textOffset(unit.parsed, unit.parsed.tokens[candidate.token].getLocation());
     const std::uint32_t end = textOffset(unit.parsed, candidate.function->getBody()->getEndLoc());
-    for (const ParseError& error : unit.parsed.errors)
+    for (const ParseError& error : unit.parsed.errors) {
         if (error.offset >= begin && error.offset <= end) {
             std::uint32_t token = candidate.token;
             while (token + 1 < unit.parsed.tokens.size() &&
-                   textOffset(unit.parsed, unit.parsed.tokens[token + 1].getLocation()) <= error.offset)
+                   textOffset(unit.parsed, unit.parsed.tokens[token + 1].getLocation()) <= error.offset) {
                 ++token;
+            }
             throw CannotInstrument(token, error.message);
         }
+    }
 }
 
-std::string locationText(const Unit& unit, std::uint32_t token) {
+// Whether the compiler has complained about what was made of the function: it names lines as #line does.
+bool wasRefused(const Unit& unit, const Candidate& candidate, const std::vector<std::string>& refused) {
+    if (refused.empty()) {
+        return false;
+    }
+    const Presumed begin =
+        presumedAt(unit.marks, textOffset(unit.parsed, unit.parsed.tokens[candidate.token].getLocation()));
+    const Presumed end =
+        presumedAt(unit.marks, textOffset(unit.parsed, candidate.function->getBody()->getEndLoc()));
+    return std::any_of(refused.begin(), refused.end(), [&](const std::string& place) {
+        const std::size_t colon = place.rfind(':');
+        const unsigned long line = std::strtoul(place.c_str() + colon + 1, nullptr, 10);
+        return place.compare(0, colon, begin.name) == 0 && begin.line <= line && line <= end.line;
+    });
+}
+
+// `FunctionLeft` with its values.
+Notice functionLeft(const Unit& unit, const std::string& function, std::uint32_t token,
+                    const std::string& reason) {
     const Place place = placeOfToken(unit, token);
-    return unit.marks.instances[place.instance].name + ':' + std::to_string(place.line);
+    return {NoticeKind::FunctionLeft,
+            {unit.marks.instances[place.instance].name, std::to_string(place.line), function, reason}};
 }
 
 std::string joined(const std::vector<std::uint32_t>& numbers) {
     std::string text;
-    for (const std::uint32_t number : numbers)
+    for (const std::uint32_t number : numbers) {
         text += (text.empty() ? "" : ",") + std::to_string(number) + 'u';
+    }
     return text;
 }
 
 // The words of one section's formulas; see the interface of the run-time library.
 std::vector<std::uint32_t> formulaWords(const Section& section) {
     std::vector<std::uint32_t> words;
-    for (const auto& ofKind : section.formulas)
+    for (const auto& ofKind : section.formulas) {
         for (const std::vector<std::uint32_t>& formula : ofKind) {
-            if (formula.empty())
+            if (formula.empty()) {
                 words.push_back(0xFFFFFFFFU);
-            for (std::size_t i = 0; i < formula.size(); ++i)
+            }
+            for (std::size_t i = 0; i < formula.size(); ++i) {
                 words.push_back(formula[i] * 4 + (i + 1 < formula.size() ? 1U : 0U));
+            }
         }
+    }
     return words;
 }
 
@@ -125,8 +157,9 @@ std::vector<std::uint32_t> formulaWords(const Section& section) {
 std::string prologue(const std::deque<Section>& sections, const Counters& counters) {
     const bool counts = counters.way != Counting::Ordered;
     std::string out = "# 1 \"<velda>\" 3\n" + std::string(abiText);
-    if (counts && counters.used > 0)
+    if (counts && counters.used > 0) {
         out += "static velda_count velda_counters[" + std::to_string(counters.used) + "];\n";
+    }
     std::string table;
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const Section& section = sections[i];
@@ -140,14 +173,16 @@ std::string prologue(const std::deque<Section>& sections, const Counters& counte
         }
         table += (i == 0 ? "{" : ",{") + std::to_string(section.key) + "u," +
                  std::to_string(section.checksum) + "u,{";
-        for (std::size_t kind = 0; kind < hitKinds; ++kind)
+        for (std::size_t kind = 0; kind < hitKinds; ++kind) {
             table += (kind == 0 ? "" : ",") + std::to_string(section.formulas[kind].size()) + 'u';
+        }
         table += "}," + formulas + '}';
     }
     out += "static const struct velda_section velda_sections[]={" + table + "};\n";
-    for (std::size_t i = 0; i < counters.caseMaps.size(); ++i)
+    for (std::size_t i = 0; i < counters.caseMaps.size(); ++i) {
         out += "static const unsigned int velda_cases_" + std::to_string(i) + "[]={" +
                joined(counters.caseMaps[i]) + "};\n";
+    }
     out += "static struct velda_unit velda_unit={1u," + std::to_string(sections.size()) + "u," +
            std::to_string(counts ? counters.used : 0) + "u,velda_sections," +
            (counts && counters.used > 0 ? "velda_counters" : "0") + ",0};\n";
@@ -178,9 +213,16 @@ void instrumentFunction(Work& work, const Candidate& candidate) {
     const Counters countersBefore{work.counters.way, work.counters.used, {}};
     const std::size_t mapsBefore = work.counters.caseMaps.size();
     try {
-        if (!work.sections.functions[index].insert(name).second)
-            throw CannotInstrument(candidate.token, "a second function of this name");
+        if (!work.sections.functions[index].insert(name).second) {
+            throw CannotInstrument(
+                candidate.token, QT_TRANSLATE_NOOP("Veldacc Instrumenter", "a second function of this name"));
+        }
         refuseErrors(work.unit, candidate);
+        if (wasRefused(work.unit, candidate, work.sections.input.leave)) {
+            throw CannotInstrument(
+                candidate.token,
+                QT_TRANSLATE_NOOP("Veldacc Instrumenter", "the compiler refuses it instrumented"));
+        }
         HitTarget target{work.counters, section, index};
         FunctionWalk walk(work.unit, work.edits, target, {section, name, work.unit.settings.types},
                           candidate.instance);
@@ -191,25 +233,27 @@ void instrumentFunction(Work& work, const Candidate& candidate) {
         takeBack(work.edits, editsMark);
         work.counters.used = countersBefore.used;
         work.counters.caseMaps.resize(mapsBefore);
-        work.result.warnings.push_back(
-            locationText(work.unit, problem.token == noToken ? candidate.token : problem.token) +
-            ": function '" + name + "' is left as it is: " + problem.what());
+        work.result.left.push_back(functionLeft(
+            work.unit, name, problem.token == noToken ? candidate.token : problem.token, problem.what()));
     }
 }
 
 void instrumentUnit(const SourceInput& input, const Unit& unit, InstrumentedSource& result) {
     Sections sections{input, {}, {}, {}};
     Work work{unit, sections, {input.settings.way, 0, {}}, {}, result};
-    for (const Candidate& candidate : findFunctions(unit))
+    for (const Candidate& candidate : findFunctions(unit)) {
         instrumentFunction(work, candidate);
+    }
     // Sections without a function that could be described have no place in a description.
     const auto isEmpty = [](const Section& section) { return section.items.empty(); };
-    if (std::all_of(sections.all.begin(), sections.all.end(), isEmpty))
+    if (std::all_of(sections.all.begin(), sections.all.end(), isEmpty)) {
         return;
+    }
     for (Section& section : sections.all) {
         const std::string text = finishSection(section, {input.settings.forced, input.settings.types});
-        if (!section.items.empty())
+        if (!section.items.empty()) {
             result.description += (result.description.empty() ? "" : "@/RIK\n") + text;
+        }
     }
     // The first marker names the source for the compiler and the debugger: it stays in front, and is said again behind.
     const std::string text = applyEdits(work.edits, unit.text, unit.tokens);
@@ -226,10 +270,12 @@ std::optional<InstrumentedSource> instrument(const SourceInput& input) {
     const auto use = [&](const std::string& parsedText, bool isMap) {
         bool done = false;
         const bool began = parseText(parsedText, input.parse, [&](ParsedUnit& parsed) {
-            if (tokens.empty())
+            if (tokens.empty()) {
                 tokens = tokenize(input.text, parsed.context.getLangOpts());
-            if (!tokensAgree(parsed, input.text, tokens))
+            }
+            if (!tokensAgree(parsed, input.text, tokens)) {
                 return;
+            }
             const clang::LangOptions& language = parsed.context.getLangOpts();
             const MarkedText marks = readMarkers(parsedText, input.sourceName, [&](const std::string& of) {
                 return directivesOf(of, language);
@@ -240,8 +286,9 @@ std::optional<InstrumentedSource> instrument(const SourceInput& input) {
         });
         return began && done;
     };
-    if ((!input.map.empty() && use(input.map, true)) || use(input.text, false))
+    if ((!input.map.empty() && use(input.map, true)) || use(input.text, false)) {
         return result;
+    }
     return std::nullopt;
 }
 

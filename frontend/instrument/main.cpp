@@ -1,9 +1,9 @@
 // veldacc-instrument: run by `veldacc` for each C source. Exit status: 0 done, 3 the original is to be compiled, 4 a
-// function was left out and --strict forbids that.
+// function was left out and --strict forbids that, 2 an option is wrong.
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -13,6 +13,7 @@
 #include <llvm/Support/thread.h>
 
 #include "instrument.h"
+#include "notices.h"
 
 namespace {
 
@@ -30,10 +31,10 @@ struct Options {
     bool verbose = false;
 };
 
-// Messages in the form of the suite's; `kind` is WARNING, ERROR or INFO.
-void say(const char* kind, const std::string& message) {
-    std::cerr << "Norvik veldacc - " << kind << ": " << message << '\n';
-}
+struct Ending {
+    ExitStatus status = compileOriginal;
+    std::vector<Notice> notices = {};
+};
 
 struct ValueOption {
     std::string_view name;
@@ -94,6 +95,11 @@ constexpr ValueOption valueOptions[] = {
     {"--types",
      [](Options& o, const std::string& v) { return (o.input.settings.types = parseTypes(v)) != 0; }},
     {"--max-cases", setMaxCases},
+    {"--leave",
+     [](Options& o, const std::string& v) {
+         o.input.leave.push_back(v);
+         return true;
+     }},
     {"--compiler-option",
      [](Options& o, const std::string& v) {
          o.input.parse.compilerOptions.push_back(v);
@@ -110,38 +116,40 @@ constexpr SwitchOption switchOptions[] = {
     {"--verbose", [](Options& o) { o.verbose = true; }},
 };
 
-// Takes `--name value` and `--name=value`.
-bool readOptions(const std::vector<std::string>& arguments, Options& options) {
+template <typename Table>
+auto findOption(const Table& table, std::string_view name) {
+    const auto found = std::find_if(std::begin(table), std::end(table),
+                                    [&](const auto& entry) { return entry.name == name; });
+    return found == std::end(table) ? nullptr : found;
+}
+
+// Takes `--name value` and `--name=value`. What is wrong with an option, if something is.
+std::optional<Notice> readOptions(const std::vector<std::string>& arguments, Options& options) {
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
+        if (const SwitchOption* option = findOption(switchOptions, argument)) {
+            option->set(options);
+            continue;
+        }
         const std::size_t equals = argument.find('=');
-        const std::string name = argument.substr(0, equals);
-        bool known = false;
-        for (const SwitchOption& option : switchOptions)
-            if (option.name == argument) {
-                option.set(options);
-                known = true;
-            }
-        for (const ValueOption& option : valueOptions)
-            if (!known && option.name == name) {
-                if (equals == std::string::npos && ++i >= arguments.size())
-                    return false;
-                known = option.set(options,
-                                   equals == std::string::npos ? arguments[i] : argument.substr(equals + 1));
-            }
-        if (!known) {
-            say("ERROR", "veldacc-instrument: bad option " + argument);
-            return false;
+        const ValueOption* option = findOption(valueOptions, argument.substr(0, equals));
+        const bool hasValue = equals != std::string::npos || i + 1 < arguments.size();
+        if (option == nullptr || !hasValue) {
+            return Notice{NoticeKind::UnknownOption, {argument}};
+        }
+        const std::string value = equals == std::string::npos ? arguments[++i] : argument.substr(equals + 1);
+        if (!option->set(options, value)) {
+            return Notice{NoticeKind::BadValue, {std::string(option->name), value}};
         }
     }
-    return !options.input.sourceName.empty() && !options.textFile.empty() && !options.outputFile.empty() &&
-           !options.descriptionFile.empty();
+    return std::nullopt;
 }
 
 std::optional<std::string> readFile(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
-    if (!file)
+    if (!file) {
         return std::nullopt;
+    }
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
@@ -152,49 +160,50 @@ bool writeFile(const std::string& name, const std::string& text) {
     return file.good();
 }
 
-int runSteps(Options& options) {
-    const char* problemKind = options.strict ? "ERROR" : "WARNING";
+Ending runSteps(Options& options) {
     const std::optional<std::string> text = readFile(options.textFile);
     if (!text) {
-        say("WARNING", "cannot read " + options.textFile);
-        return compileOriginal;
+        return {compileOriginal, {{NoticeKind::CannotRead, {options.textFile}}}};
     }
     options.input.text = *text;
-    if (!options.mapFile.empty())
+    if (!options.mapFile.empty()) {
         options.input.map = readFile(options.mapFile).value_or(std::string{});
+    }
     const std::optional<InstrumentedSource> result = instrument(options.input);
     if (!result) {
-        say(problemKind, options.input.sourceName + ": not understood, compiled as it is");
-        return options.strict ? leftOut : compileOriginal;
+        return {options.strict ? leftOut : compileOriginal,
+                {{NoticeKind::NotUnderstood, {options.input.sourceName}}}};
     }
-    for (const std::string& warning : result->warnings)
-        say(problemKind, warning);
-    for (const std::string& remark : result->remarks)
-        say("INFO", remark);
-    if (options.verbose)
-        say("INFO", options.input.sourceName + (result->usedMap ? ": macros mapped" : ": macros not mapped"));
-    if (options.strict && !result->warnings.empty())
-        return leftOut;
-    if (result->description.empty())
-        return compileOriginal;
-    if (!writeFile(options.outputFile, result->text) ||
-        !writeFile(options.descriptionFile, result->description)) {
-        say("WARNING", "cannot write " + options.outputFile + " or " + options.descriptionFile);
-        return compileOriginal;
+    Ending ending{done, result->left};
+    ending.notices.insert(ending.notices.end(), result->remarks.begin(), result->remarks.end());
+    if (options.verbose && !result->usedMap) {
+        ending.notices.push_back({NoticeKind::MacrosNotMapped, {options.input.sourceName}});
     }
-    return done;
+    if (options.strict && !result->left.empty()) {
+        ending.status = leftOut;
+    } else if (result->description.empty()) {
+        ending.status = compileOriginal;
+    } else if (!writeFile(options.outputFile, result->text)) {
+        return {compileOriginal, {{NoticeKind::CannotWrite, {options.outputFile}}}};
+    } else if (!writeFile(options.descriptionFile, result->description)) {
+        return {compileOriginal, {{NoticeKind::CannotWrite, {options.descriptionFile}}}};
+    }
+    return ending;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     Options options;
-    if (!readOptions({argv + 1, argv + argc}, options))
+    if (const std::optional<Notice> fault = readOptions({argv + 1, argv + argc}, options)) {
+        sayNotices({*fault}, false, argv[0]);
         return badCall;
+    }
     // Deeply nested sources need a deep stack, in Clang as here.
     constexpr unsigned stackSize = 1U << 30U;
-    int status = compileOriginal;
-    llvm::thread worker(std::optional<unsigned>(stackSize), [&] { status = runSteps(options); });
+    Ending ending;
+    llvm::thread worker(std::optional<unsigned>(stackSize), [&] { ending = runSteps(options); });
     worker.join();
-    return status;
+    sayNotices(ending.notices, options.strict, argv[0]);
+    return ending.status;
 }

@@ -39,8 +39,9 @@ std::string_view readName(std::string_view rest, std::string& name) {
                 static_cast<char>((rest[i + 1] - '0') * 64 + (rest[i + 2] - '0') * 8 + (rest[i + 3] - '0'));
             i += 3;
         } else {
-            if (rest[i] == '\\' && i + 1 < rest.size())
+            if (rest[i] == '\\' && i + 1 < rest.size()) {
                 ++i;
+            }
             name += rest[i];
         }
     }
@@ -54,14 +55,17 @@ std::string_view lineFrom(std::string_view text, std::size_t offset) {
 // From its # on: `# 12 "name" flags` and `#line 12 "name"`.
 std::optional<Marker> readMarker(std::string_view line) {
     line = skipBlanks(line.substr(1));
-    if (line.starts_with("line"))
+    if (line.starts_with("line")) {
         line = skipBlanks(line.substr(4));
-    if (line.empty() || !isDigit(line[0]))
+    }
+    if (line.empty() || !isDigit(line[0])) {
         return std::nullopt;
+    }
     Marker marker;
     const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), marker.line);
-    if (error != std::errc{})
+    if (error != std::errc{}) {
         return std::nullopt;
+    }
     line = skipBlanks(line.substr(static_cast<std::size_t>(end - line.data())));
     if (!line.empty() && line[0] == '"') {
         marker.hasName = true;
@@ -103,8 +107,9 @@ struct Reader {
 std::uint32_t indexOfName(Reader& reader, const std::string& name) {
     const auto [at, isNew] =
         reader.nameIndex.try_emplace(name, static_cast<std::uint32_t>(reader.out.names.size()));
-    if (isNew)
+    if (isNew) {
         reader.out.names.push_back(name);
+    }
     return at->second;
 }
 
@@ -117,8 +122,9 @@ void followMarker(Reader& reader, const Marker& marker, std::uint32_t nextLine) 
         out.instances[reader.current].includeLine = marker.line > 0 ? marker.line - 1 : 0;
         reader.current = out.instances[reader.current].parent;
     }
-    if (marker.hasName)
+    if (marker.hasName) {
         reader.presumedName = marker.name;
+    }
     out.spans.push_back(
         {nextLine, reader.current, marker.line, indexOfName(reader, reader.presumedName), marker.system});
 }
@@ -131,16 +137,34 @@ std::uint32_t physicalLine(const std::vector<LineRenaming>& renamings, const std
     std::uint32_t called = 1; // and what it is called
     for (std::size_t i = 0; i <= renamings.size(); ++i) {
         const std::uint32_t end = i < renamings.size() ? renamings[i].physicalLine : 0xFFFFFFFFU;
-        if (present == name && line >= called && line - called < end - first)
+        if (present == name && line >= called && line - called < end - first) {
             return first + (line - called);
+        }
         if (i < renamings.size()) {
-            if (!renamings[i].name.empty())
+            if (!renamings[i].name.empty()) {
                 present = renamings[i].name;
+            }
             first = end;
             called = renamings[i].line;
         }
     }
     return line;
+}
+
+// The last marker before a byte; null in front of the first.
+const MarkedSpan* spanAt(const MarkedText& text, std::uint32_t offset) {
+    const auto after =
+        std::upper_bound(text.spans.begin(), text.spans.end(), offset,
+                         [](std::uint32_t value, const MarkedSpan& span) { return value < span.offset; });
+    return after == text.spans.begin() ? nullptr : &*(after - 1);
+}
+
+// The line that the marker gives to a byte behind it.
+std::uint32_t lineIn(const MarkedText& text, const MarkedSpan& span, std::uint32_t offset) {
+    const auto lineOf = [&](std::uint32_t at) {
+        return std::upper_bound(text.lineStarts.begin(), text.lineStarts.end(), at) - text.lineStarts.begin();
+    };
+    return span.line + static_cast<std::uint32_t>(lineOf(offset) - lineOf(span.offset));
 }
 
 } // namespace
@@ -159,38 +183,42 @@ MarkedText readMarkers(std::string text, const std::string& source, const Direct
             followMarker(reader, *marker, offset + static_cast<std::uint32_t>(line.size() + 1));
         }
     }
-    if (!out.instances.empty())
+    if (!out.instances.empty()) {
         out.instances[0].name = source; // some preprocessors begin with a name of their own
+    }
     out.renamings.resize(out.instances.size());
     std::vector<bool> renamed(out.instances.size());
     for (const MarkedSpan& span : out.spans) {
         const std::string& name = out.names[span.name];
-        if (name != out.instances[span.instance].name && !name.starts_with("<"))
+        if (name != out.instances[span.instance].name && !name.starts_with("<")) {
             renamed[span.instance] = true;
+        }
     }
-    for (std::size_t i = 0; i < out.instances.size(); ++i)
-        if (renamed[i] || (i == 0 && !out.instances.empty()))
+    for (std::size_t i = 0; i < out.instances.size(); ++i) {
+        if (renamed[i] || (i == 0 && !out.instances.empty())) {
             out.renamings[i] = readRenamings(out.instances[i].name, findDirectives);
+        }
+    }
     return out;
 }
 
+Presumed presumedAt(const MarkedText& text, std::uint32_t offset) {
+    const MarkedSpan* span = spanAt(text, offset);
+    return span == nullptr ? Presumed{} : Presumed{text.names[span->name], lineIn(text, *span, offset)};
+}
+
 Place placeAt(const MarkedText& text, std::uint32_t offset) {
-    const auto after =
-        std::upper_bound(text.spans.begin(), text.spans.end(), offset,
-                         [](std::uint32_t value, const MarkedSpan& span) { return value < span.offset; });
-    if (after == text.spans.begin())
+    const MarkedSpan* span = spanAt(text, offset);
+    if (span == nullptr) {
         return {};
-    const MarkedSpan& span = *(after - 1);
-    const auto lineOf = [&](std::uint32_t at) {
-        return std::upper_bound(text.lineStarts.begin(), text.lineStarts.end(), at) - text.lineStarts.begin();
-    };
-    const std::uint32_t line = span.line + static_cast<std::uint32_t>(lineOf(offset) - lineOf(span.offset));
-    const std::vector<LineRenaming>& renamings = text.renamings[span.instance];
-    return {span.instance,
+    }
+    const std::uint32_t line = lineIn(text, *span, offset);
+    const std::vector<LineRenaming>& renamings = text.renamings[span->instance];
+    return {span->instance,
             renamings.empty()
                 ? line
-                : physicalLine(renamings, text.instances[span.instance].name, text.names[span.name], line),
-            span.system};
+                : physicalLine(renamings, text.instances[span->instance].name, text.names[span->name], line),
+            span->system};
 }
 
 Place placeWithin(const MarkedText& text, Place place, std::uint32_t instance) {

@@ -70,6 +70,13 @@ MarkedText readMarkers(std::string text, const std::string& source, const Direct
 
 Place placeAt(const MarkedText& text, std::uint32_t offset);
 
+// What the compiler calls the place in its messages, after #line; no name where there is no place.
+struct Presumed {
+    std::string name;
+    std::uint32_t line = 0;
+};
+Presumed presumedAt(const MarkedText& text, std::uint32_t offset);
+
 // The place as seen from an instance: of what that instance includes, the line of the #include. noInstance when the
 // place is not within it.
 Place placeWithin(const MarkedText& text, Place place, std::uint32_t instance);

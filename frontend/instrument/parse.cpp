@@ -39,12 +39,15 @@ constexpr std::array<std::string_view, 9> passedOn = {
 };
 
 std::string frontendOption(const std::string& option) {
-    if (option == "-funsigned-char" || option == "-fno-signed-char")
+    if (option == "-funsigned-char" || option == "-fno-signed-char") {
         return "-fno-signed-char";
-    if (option == "-fplan9-extensions")
+    }
+    if (option == "-fplan9-extensions") {
         return "-fms-extensions";
-    if (option == "-fno-short-enums")
+    }
+    if (option == "-fno-short-enums") {
         return {};
+    }
     return option;
 }
 
@@ -55,12 +58,14 @@ struct ErrorKeeper : clang::DiagnosticConsumer {
     void HandleDiagnostic(clang::DiagnosticsEngine::Level level, const clang::Diagnostic& info) override {
         clang::DiagnosticConsumer::HandleDiagnostic(level, info);
         if (level < clang::DiagnosticsEngine::Error || !info.hasSourceManager() ||
-            info.getLocation().isInvalid())
+            info.getLocation().isInvalid()) {
             return;
+        }
         const clang::SourceManager& sources = info.getSourceManager();
         const clang::SourceLocation place = sources.getFileLoc(info.getLocation());
-        if (sources.getFileID(place) != sources.getMainFileID())
+        if (sources.getFileID(place) != sources.getMainFileID()) {
             return;
+        }
         llvm::SmallString<120> message;
         info.FormatDiagnostic(message);
         errors.push_back({sources.getFileOffset(place), message.str().str()});
@@ -104,10 +109,12 @@ struct Action : clang::ASTFrontendAction {
         preprocessor.addPPCallbacks(std::make_unique<MacroKeeper>(macroAt));
         const clang::SourceManager& sources = compiler.getSourceManager();
         preprocessor.setTokenWatcher([this, &sources](const clang::Token& token) {
-            if (token.is(clang::tok::eof) || token.isAnnotation())
+            if (token.is(clang::tok::eof) || token.isAnnotation()) {
                 return;
-            if (sources.getFileID(sources.getExpansionLoc(token.getLocation())) == sources.getMainFileID())
+            }
+            if (sources.getFileID(sources.getExpansionLoc(token.getLocation())) == sources.getMainFileID()) {
                 tokens.push_back(token);
+            }
         });
         return true;
     }
@@ -139,8 +146,9 @@ struct Action : clang::ASTFrontendAction {
                         std::move(errors.errors),
                         std::move(macroAt)};
         unit.indexOfLocation.reserve(static_cast<unsigned>(unit.tokens.size()));
-        for (unsigned i = 0; i < unit.tokens.size(); ++i)
+        for (unsigned i = 0; i < unit.tokens.size(); ++i) {
             unit.indexOfLocation[unit.tokens[i].getLocation().getRawEncoding()] = i;
+        }
         std::stable_sort(unit.errors.begin(), unit.errors.end(),
                          [](const ParseError& a, const ParseError& b) { return a.offset < b.offset; });
         handler(unit);
@@ -149,9 +157,11 @@ struct Action : clang::ASTFrontendAction {
 
 std::string targetTriple(const ParseOptions& options) {
     const llvm::Triple triple(options.target.empty() ? llvm::sys::getDefaultTargetTriple() : options.target);
-    for (const std::string& option : options.compilerOptions)
-        if (option == "-m32")
+    for (const std::string& option : options.compilerOptions) {
+        if (option == "-m32") {
             return triple.get32BitArchVariant().str();
+        }
+    }
     return triple.str();
 }
 
@@ -173,10 +183,13 @@ std::vector<std::string> makeArguments(const ParseOptions& options) {
                                           "-fno-spell-checking",
                                           "-fno-caret-diagnostics"};
     arguments.insert(arguments.end(), lenient.begin(), lenient.end());
-    for (const std::string& option : options.compilerOptions)
-        if (std::find(passedOn.begin(), passedOn.end(), option) != passedOn.end())
-            if (std::string passed = frontendOption(option); !passed.empty())
+    for (const std::string& option : options.compilerOptions) {
+        if (std::find(passedOn.begin(), passedOn.end(), option) != passedOn.end()) {
+            if (std::string passed = frontendOption(option); !passed.empty()) {
                 arguments.push_back(std::move(passed));
+            }
+        }
+    }
     arguments.emplace_back("text.c");
     return arguments;
 }
@@ -187,15 +200,17 @@ bool parseText(const std::string& text, const ParseOptions& options,
                const std::function<void(ParsedUnit&)>& handler) {
     const std::vector<std::string> arguments = makeArguments(options);
     std::vector<const char*> pointers;
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         pointers.push_back(argument.c_str());
+    }
 
     ErrorKeeper errors;
     const llvm::IntrusiveRefCntPtr<clang::DiagnosticsEngine> diagnostics =
         clang::CompilerInstance::createDiagnostics(new clang::DiagnosticOptions, &errors, false);
     auto invocation = std::make_shared<clang::CompilerInvocation>();
-    if (!clang::CompilerInvocation::CreateFromArgs(*invocation, pointers, *diagnostics))
+    if (!clang::CompilerInvocation::CreateFromArgs(*invocation, pointers, *diagnostics)) {
         return false;
+    }
     clang::ProcessWarningOptions(*diagnostics, invocation->getDiagnosticOpts());
     const std::unique_ptr<llvm::MemoryBuffer> buffer = llvm::MemoryBuffer::getMemBuffer(text, "text.c");
     invocation->getPreprocessorOpts().addRemappedFile("text.c", buffer.get());

@@ -21,9 +21,11 @@ bool isWord(char c) {
 // The end of a literal that begins at `at`.
 std::size_t endOfLiteral(std::string_view text, std::size_t at) {
     const char quote = text[at];
-    for (++at; at < text.size() && text[at] != quote; ++at)
-        if (text[at] == '\\')
+    for (++at; at < text.size() && text[at] != quote; ++at) {
+        if (text[at] == '\\') {
             ++at;
+        }
+    }
     return std::min(at + 1, text.size());
 }
 
@@ -61,20 +63,24 @@ void forPieces(std::string_view text, const Use& use) {
             use(text.substr(begin, at - begin), false);
             continue;
         }
-        while (at < text.size() && isWord(text[at]))
+        while (at < text.size() && isWord(text[at])) {
             ++at;
+        }
         const bool isName = at > begin && (text[begin] < '0' || text[begin] > '9');
-        if (at == begin)
+        if (at == begin) {
             ++at;
+        }
         use(text.substr(begin, at - begin), isName);
     }
 }
 
 std::string trimmed(std::string_view text) {
-    while (!text.empty() && isBlank(text.front()))
+    while (!text.empty() && isBlank(text.front())) {
         text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back()))
+    }
+    while (!text.empty() && isBlank(text.back())) {
         text.remove_suffix(1);
+    }
     return std::string(text);
 }
 
@@ -85,8 +91,9 @@ std::vector<std::string> splitArguments(std::string_view use, std::size_t count,
     int depth = 0;
     forPieces(use, [&](std::string_view piece, bool) {
         const char c = piece.front();
-        if (c == ')' || c == ']' || c == '}')
+        if (c == ')' || c == ']' || c == '}') {
             --depth;
+        }
         const bool separates = c == ',' && depth == 1 && !(variadic && arguments.size() + 1 >= count);
         if (separates) {
             arguments.push_back(trimmed(current));
@@ -94,8 +101,9 @@ std::vector<std::string> splitArguments(std::string_view use, std::size_t count,
         } else if (depth >= 1) {
             current += piece;
         }
-        if (c == '(' || c == '[' || c == '{')
+        if (c == '(' || c == '[' || c == '{') {
             ++depth;
+        }
     });
     arguments.push_back(trimmed(current));
     arguments.resize(std::max(count, std::size_t{1}));
@@ -119,8 +127,9 @@ struct Speller {
 
     [[nodiscard]] std::vector<SourceLocation> levels(SourceLocation at, bool isEnd) const {
         std::vector<SourceLocation> chain = {at};
-        while (at.isMacroID())
+        while (at.isMacroID()) {
             chain.push_back(at = up(at, isEnd));
+        }
         return chain;
     }
 
@@ -132,8 +141,9 @@ struct Speller {
             const std::vector<SourceLocation> ends = levels(end, true);
             for (const SourceLocation b : levels(begin, false)) {
                 for (const SourceLocation e : ends) {
-                    if (sources.getFileID(b) == sources.getFileID(e))
+                    if (sources.getFileID(b) == sources.getFileID(e)) {
                         return std::pair{b, e};
+                    }
                     if (isArgument(b) && isArgument(e) && up(b, false) == up(e, true)) {
                         begin = sources.getImmediateSpellingLoc(b);
                         end = sources.getImmediateSpellingLoc(e);
@@ -141,11 +151,13 @@ struct Speller {
                         break;
                     }
                 }
-                if (descends)
+                if (descends) {
                     break;
+                }
             }
-            if (!descends)
+            if (!descends) {
                 return std::nullopt;
+            }
         }
     }
 
@@ -153,30 +165,36 @@ struct Speller {
     [[nodiscard]] std::optional<std::string> rawText(SourceLocation begin, SourceLocation end) const {
         const auto [beginFile, beginOffset] = sources.getDecomposedLoc(begin);
         const auto [endFile, endOffset] = sources.getDecomposedLoc(end);
-        if (beginFile != endFile || beginFile != sources.getMainFileID() || endOffset < beginOffset)
+        if (beginFile != endFile || beginFile != sources.getMainFileID() || endOffset < beginOffset) {
             return std::nullopt;
+        }
         const unsigned length = clang::Lexer::MeasureTokenLength(end, sources, language);
         return sources.getBufferData(beginFile).substr(beginOffset, endOffset + length - beginOffset).str();
     }
 
     // The text of a level from one token to another.
     [[nodiscard]] std::optional<std::string> textOf(SourceLocation begin, SourceLocation end) const {
-        if (begin.isFileID())
+        if (begin.isFileID()) {
             return rawText(begin, end);
-        if (isArgument(begin))
+        }
+        if (isArgument(begin)) {
             return textOf(sources.getImmediateSpellingLoc(begin), sources.getImmediateSpellingLoc(end));
+        }
         const std::optional<std::string> body =
             rawText(sources.getImmediateSpellingLoc(begin), sources.getImmediateSpellingLoc(end));
         const clang::CharSourceRange use = sources.getImmediateExpansionRange(begin);
         const auto macro = unit.macroAt.find(use.getBegin().getRawEncoding());
-        if (!body || macro == unit.macroAt.end())
+        if (!body || macro == unit.macroAt.end()) {
             return std::nullopt;
-        if (!macro->second->isFunctionLike())
+        }
+        if (!macro->second->isFunctionLike()) {
             return body;
+        }
         const auto level = commonLevel(use.getBegin(), use.getEnd());
         const std::optional<std::string> useText = level ? textOf(level->first, level->second) : std::nullopt;
-        if (!useText)
+        if (!useText) {
             return std::nullopt;
+        }
         return fill(*body, *macro->second,
                     splitArguments(*useText, macro->second->getNumParams(), macro->second->isVariadic()));
     }
@@ -185,12 +203,14 @@ struct Speller {
                             const std::vector<std::string>& arguments) {
         std::string result;
         forPieces(body, [&](std::string_view piece, bool isName) {
-            if (isName)
-                for (unsigned i = 0; i < macro.getNumParams(); ++i)
+            if (isName) {
+                for (unsigned i = 0; i < macro.getNumParams(); ++i) {
                     if (macro.params()[i]->getName() == llvm::StringRef(piece)) {
                         result += arguments[i];
                         return;
                     }
+                }
+            }
             result += piece;
         });
         for (std::size_t paste; (paste = result.find("##")) != std::string::npos;) {
@@ -203,8 +223,9 @@ struct Speller {
     [[nodiscard]] std::optional<std::string> spell(SourceLocation begin, SourceLocation end) const {
         const clang::CharSourceRange written = clang::Lexer::makeFileCharRange(
             clang::CharSourceRange::getTokenRange(begin, end), sources, language);
-        if (written.isValid())
+        if (written.isValid()) {
             return clang::Lexer::getSourceText(written, sources, language).str();
+        }
         const auto level = commonLevel(begin, end);
         return level ? textOf(level->first, level->second) : std::nullopt;
     }
@@ -220,23 +241,28 @@ std::string onOneLine(std::string_view text) {
 
 std::string withoutOuterParentheses(std::string text) {
     for (;;) {
-        if (text.size() < 2 || text.front() != '(' || text.back() != ')')
+        if (text.size() < 2 || text.front() != '(' || text.back() != ')') {
             return text;
+        }
         int depth = 0;
         bool closesEarly = false;
         std::size_t length = 0;
         forPieces(text, [&](std::string_view piece, bool) {
             length += piece.size();
-            if (piece.front() == '(')
+            if (piece.front() == '(') {
                 ++depth;
-            if (piece.front() == ')' && --depth == 0 && length < text.size())
+            }
+            if (piece.front() == ')' && --depth == 0 && length < text.size()) {
                 closesEarly = true;
+            }
         });
-        if (closesEarly || depth != 0)
+        if (closesEarly || depth != 0) {
             return text;
+        }
         std::string inner = trimmed(std::string_view(text).substr(1, text.size() - 2));
-        if (inner.starts_with('{'))
+        if (inner.starts_with('{')) {
             return text; // a statement expression
+        }
         text = std::move(inner);
     }
 }

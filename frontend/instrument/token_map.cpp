@@ -48,17 +48,20 @@ std::vector<std::uint32_t> directivesOf(const std::string& text, const clang::La
 }
 
 bool tokensAgree(const ParsedUnit& unit, const std::string& text, const std::vector<TextToken>& tokens) {
-    if (unit.tokens.size() != tokens.size())
+    if (unit.tokens.size() != tokens.size()) {
         return false;
+    }
     // Keywords and punctuation make the structure; names and literals may be spelled otherwise, one for one.
     llvm::SmallString<64> buffer;
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         const clang::Token& token = unit.tokens[i];
-        if (token.isLiteral() || token.is(clang::tok::identifier))
+        if (token.isLiteral() || token.is(clang::tok::identifier)) {
             continue;
+        }
         if (unit.preprocessor.getSpelling(token, buffer) !=
-            llvm::StringRef(text).substr(tokens[i].offset, tokens[i].length))
+            llvm::StringRef(text).substr(tokens[i].offset, tokens[i].length)) {
             return false;
+        }
     }
     return true;
 }

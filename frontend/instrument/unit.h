@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include <QtGlobal>
+
 #include "counting.h"
 #include "edits.h"
 #include "marked_text.h"
@@ -31,7 +33,7 @@ struct Unit {
     const Settings& settings;
 };
 
-// A function that has to be copied as it is; `what` names the construct.
+// A function that has to be copied as it is; `what` names the construct. Words that are not C are marked for translators.
 struct CannotInstrument : std::runtime_error {
     CannotInstrument(std::uint32_t where, const std::string& construct)
         : std::runtime_error(construct), token(where) {}

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "decision.h"
+#include "notices.h"
 #include "scan.h"
 #include "unit.h"
 
@@ -82,7 +83,7 @@ public:
     // Describes and instruments; throws CannotInstrument, and then what it has added has to be taken back.
     void run(const clang::FunctionDecl* function);
 
-    std::vector<std::string> remarks; // compositions left out
+    std::vector<Notice> remarks; // compositions left out
 
 private:
     using Here = std::optional<std::vector<std::uint32_t>>;

@@ -22,8 +22,9 @@ constexpr std::size_t mostTableCells = 4096; // conditions times cases, to add o
 
 // The x of __extension__ x and __builtin_expect(x, c); none for others.
 const Expr* wrappedValue(const Expr* e) {
-    if (const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(e))
+    if (const auto* unary = llvm::dyn_cast<clang::UnaryOperator>(e)) {
         return unary->getOpcode() == clang::UO_Extension ? unary->getSubExpr() : nullptr;
+    }
     const auto* call = llvm::dyn_cast<clang::CallExpr>(e);
     const clang::FunctionDecl* callee = call != nullptr ? call->getDirectCallee() : nullptr;
     return callee != nullptr && callee->getIdentifier() != nullptr &&
@@ -41,11 +42,13 @@ struct Seen {
 Seen see(const Expr* e) {
     for (;;) {
         const Expr* core = e->IgnoreParenImpCasts();
-        while (const auto* constant = llvm::dyn_cast<clang::ConstantExpr>(core))
+        while (const auto* constant = llvm::dyn_cast<clang::ConstantExpr>(core)) {
             core = constant->getSubExpr()->IgnoreParenImpCasts();
+        }
         const Expr* value = wrappedValue(core);
-        if (value == nullptr)
+        if (value == nullptr) {
             return {e, core};
+        }
         e = value;
     }
 }
@@ -67,36 +70,45 @@ bool isBitOperator(const clang::BinaryOperator* e) {
 // Whether a value is 0 or 1 by its making.
 bool isTruthValue(const Expr* e) {
     e = lookThrough(e);
-    if (!e->getType()->isIntegerType()) // comparisons of vectors are vectors
+    if (!e->getType()->isIntegerType()) { // comparisons of vectors are vectors
         return false;
-    if (e->getType()->isBooleanType() || asNot(e) != nullptr)
+    }
+    if (e->getType()->isBooleanType() || asNot(e) != nullptr) {
         return true;
+    }
     const auto* binary = llvm::dyn_cast<clang::BinaryOperator>(e);
-    if (binary == nullptr)
+    if (binary == nullptr) {
         return false;
-    if (isBitOperator(binary))
+    }
+    if (isBitOperator(binary)) {
         return isTruthValue(binary->getLHS()) && isTruthValue(binary->getRHS());
+    }
     return binary->isLogicalOp() || binary->isComparisonOp();
 }
 
 // Reads of objects, and what compilers answer differently, make no constant condition.
 bool isFixed(const clang::Stmt* e) {
-    if (const auto* call = llvm::dyn_cast<clang::CallExpr>(e); call != nullptr)
+    if (const auto* call = llvm::dyn_cast<clang::CallExpr>(e); call != nullptr) {
         return false;
+    }
     if (const auto* cast = llvm::dyn_cast<clang::CastExpr>(e);
-        cast != nullptr && cast->getCastKind() == clang::CK_LValueToRValue)
+        cast != nullptr && cast->getCastKind() == clang::CK_LValueToRValue) {
         return false;
-    if (llvm::isa<clang::StmtExpr>(e))
+    }
+    if (llvm::isa<clang::StmtExpr>(e)) {
         return false;
-    if (llvm::isa<clang::UnaryExprOrTypeTraitExpr>(e))
+    }
+    if (llvm::isa<clang::UnaryExprOrTypeTraitExpr>(e)) {
         return true;
+    }
     return std::all_of(e->child_begin(), e->child_end(),
                        [](const clang::Stmt* child) { return child == nullptr || isFixed(child); });
 }
 
 std::optional<bool> constantValue(const Expr* e, const clang::ASTContext& context) {
-    if (e->isValueDependent() || e->containsErrors() || !isFixed(e))
+    if (e->isValueDependent() || e->containsErrors() || !isFixed(e)) {
         return std::nullopt;
+    }
     bool value = false;
     return e->EvaluateAsBooleanCondition(value, context) && !e->HasSideEffects(context) ? std::optional(value)
                                                                                         : std::nullopt;
@@ -132,8 +144,9 @@ void FunctionWalk::buildTree(const Expr* root, DecisionTree& tree, std::vector<C
         const Open now = open.back();
         open.pop_back();
         const auto index = static_cast<std::uint32_t>(tree.nodes.size());
-        if (index != 0)
+        if (index != 0) {
             (now.isRight ? tree.nodes[now.parent].right : tree.nodes[now.parent].left) = index;
+        }
         tree.nodes.push_back({});
         const Seen seen = see(now.expression);
         const Expr* e = seen.core;
@@ -175,8 +188,9 @@ void FunctionWalk::describeConditions(std::vector<Condition>& conditions) {
 
 void FunctionWalk::surroundCondition(const Condition& condition, const std::string& whenTrue,
                                      const std::string& whenFalse) {
-    if (whenTrue.empty() && whenFalse.empty())
+    if (whenTrue.empty() && whenFalse.empty()) {
         return;
+    }
     const auto arm = [](const std::string& hits, char value) {
         return hits.empty() ? std::string(1, value) : '(' + hits + ',' + value + ')';
     };
@@ -202,22 +216,26 @@ std::string FunctionWalk::countConditions(const DecisionTree& tree,
     const auto hitsFrom = [&](std::uint32_t place) {
         std::string hits;
         for (; !isEnd(place) && conditions[place].constant;
-             place = *conditions[place].constant ? branches[place].onTrue : branches[place].onFalse)
+             place = *conditions[place].constant ? branches[place].onTrue : branches[place].onFalse) {
             hits = join(hits, constantHits[place]);
+        }
         return hits;
     };
-    for (std::size_t i = 0; i < conditions.size(); ++i)
-        if (!conditions[i].constant)
+    for (std::size_t i = 0; i < conditions.size(); ++i) {
+        if (!conditions[i].constant) {
             surroundCondition(conditions[i],
                               join(hit(std::array{conditions[i].item}), hitsFrom(branches[i].onTrue)),
                               join(hit(std::array{next(conditions[i].item)}), hitsFrom(branches[i].onFalse)));
+        }
+    }
     return tree.fullEvaluation ? all : hitsFrom(0);
 }
 
 // Puts hits before an expression.
 void FunctionWalk::hitBefore(const Expr* e, const std::string& hits) {
-    if (!hits.empty())
+    if (!hits.empty()) {
         surround(edits, first(e), tokenAt(e->getEndLoc(), e), "(" + hits + ",(", "))");
+    }
 }
 
 // The value of a condition that is a single constant one.
@@ -226,8 +244,9 @@ std::optional<bool> FunctionWalk::constantCondition(const Expr* e) {
     std::vector<Condition> conditions;
     buildTree(e, tree, conditions);
     const bool negated = (tree.nodes.size() - 1) % 2 != 0;
-    if (conditions.size() != 1 || !conditions[0].constant)
+    if (conditions.size() != 1 || !conditions[0].constant) {
         return std::nullopt;
+    }
     return *conditions[0].constant != negated;
 }
 
@@ -237,19 +256,22 @@ DecisionResult FunctionWalk::singleCondition(const DecisionTree& tree, const Con
     const bool negated = (tree.nodes.size() - 1) % 2 != 0; // only Nots above the one leaf
     if (condition.constant) {
         const bool value = *condition.constant != negated;
-        if (arms == ArmProbes::Both)
+        if (arms == ArmProbes::Both) {
             (value ? result.hitWhenTrue : result.hitWhenFalse) = {condition.item};
-        else
+        } else {
             result.atEntry = hit(std::array{condition.item});
+        }
         return result;
     }
     const ItemRef isTrue = negated ? next(condition.item) : condition.item;
     const ItemRef isFalse = negated ? condition.item : next(condition.item);
     const bool armsCount = arms != ArmProbes::None && target.counters.way == Counting::Shared;
-    if (armsCount)
+    if (armsCount) {
         result.hitWhenTrue = {isTrue};
-    if (armsCount && arms == ArmProbes::Both)
+    }
+    if (armsCount && arms == ArmProbes::Both) {
         result.hitWhenFalse = {isFalse};
+    }
     const std::string trueText = armsCount ? std::string{} : hit(std::array{isTrue});
     const std::string falseText =
         armsCount && arms == ArmProbes::Both ? std::string{} : hit(std::array{isFalse});
@@ -264,15 +286,17 @@ DecisionResult FunctionWalk::decision(const Expr* e, ArmProbes arms) {
     describeConditions(conditions);
     DecisionResult result;
     const bool isComposed = conditions.size() > 1 && compose(e, tree, conditions, result);
-    if (!isComposed && conditions.size() == 1)
+    if (!isComposed && conditions.size() == 1) {
         result = singleCondition(tree, conditions[0], arms);
-    else if (!isComposed)
+    } else if (!isComposed) {
         result.atEntry = countConditions(tree, conditions);
+    }
     for (std::size_t i = 0; i < conditions.size(); ++i) {
-        if (i == 0 || tree.fullEvaluation)
+        if (i == 0 || tree.fullEvaluation) {
             expression(conditions[i].expression);
-        else
+        } else {
             maybeEvaluated(conditions[i].expression);
+        }
     }
     return result;
 }
@@ -281,8 +305,9 @@ DecisionResult FunctionWalk::decision(const Expr* e, ArmProbes arms) {
 bool FunctionWalk::compose(const Expr* root, DecisionTree& tree, std::vector<Condition>& conditions,
                            DecisionResult& result) {
     const auto isConstant = [](const Condition& condition) { return condition.constant.has_value(); };
-    if (std::any_of(conditions.begin(), conditions.end(), isConstant) || (service.types & typeCC) == 0)
+    if (std::any_of(conditions.begin(), conditions.end(), isConstant) || (service.types & typeCC) == 0) {
         return false;
+    }
     const TokenRange range{first(root), tokenAt(root->getEndLoc(), root)};
     if (unit.settings.forced && !tree.fullEvaluation && canBeForced(tree, conditions)) {
         DecisionTree forced = tree;
@@ -294,16 +319,16 @@ bool FunctionWalk::compose(const Expr* root, DecisionTree& tree, std::vector<Con
     }
     if (countCases(tree) > unit.settings.maxCases) {
         const Place place = placeWithin(unit.marks, placeOfToken(unit, range.first), instance);
-        remarks.push_back(unit.marks.instances[instance].name + ':' + std::to_string(place.line) +
-                          ": the cases of a decision of " + std::to_string(conditions.size()) +
-                          " conditions are not described: more than " +
-                          std::to_string(unit.settings.maxCases));
+        remarks.push_back({NoticeKind::CasesLeft,
+                           {unit.marks.instances[instance].name, std::to_string(place.line),
+                            std::to_string(conditions.size()), std::to_string(unit.settings.maxCases)}});
         return false;
     }
-    if (tree.fullEvaluation)
+    if (tree.fullEvaluation) {
         composeExpression(tree, conditions, range);
-    else
+    } else {
         composeTable(tree, conditions, range, mayLeave(root), result);
+    }
     return true;
 }
 
@@ -312,20 +337,24 @@ void FunctionWalk::composeTable(const DecisionTree& tree, const std::vector<Cond
     const CaseTable table = makeCaseTable(tree);
     const auto cases = static_cast<std::uint32_t>(table.caseOfPath.size());
     std::vector<std::uint32_t> ids;
-    for (const Condition& condition : conditions)
+    for (const Condition& condition : conditions) {
         ids.push_back(condition.item.id);
+    }
     const ItemRef first =
         addComposition(service, ids, cases, table.letters + ' ' + std::to_string(table.frontier));
 
     const std::uint32_t counter = reserveCounters(target, cases);
     std::vector<std::uint32_t> counterOfCase(cases);
-    for (std::uint32_t path = 0; path < cases; ++path)
+    for (std::uint32_t path = 0; path < cases; ++path) {
         counterOfCase[table.caseOfPath[path]] = counter + path;
+    }
     const bool shared = target.counters.way == Counting::Shared;
-    if (target.counters.way != Counting::Ordered)
-        for (std::uint32_t i = 0; i < cases; ++i)
+    if (target.counters.way != Counting::Ordered) {
+        for (std::uint32_t i = 0; i < cases; ++i) {
             giveFormula(target, std::array{ItemRef{first.kind, first.id + i, true}},
                         std::array{counterOfCase[i]});
+        }
+    }
 
     const bool addUp = shared && !leaves && std::size_t{cases} * conditions.size() <= mostTableCells;
     const std::string path = newLocal();
@@ -337,36 +366,44 @@ void FunctionWalk::composeTable(const DecisionTree& tree, const std::vector<Cond
     for (std::size_t i = 0; i < conditions.size(); ++i) {
         std::string whenTrue = addUp ? std::string{} : hit(std::array{conditions[i].item});
         std::string whenFalse = addUp ? std::string{} : hit(std::array{next(conditions[i].item)}) + ',';
-        if (addUp)
+        if (addUp) {
             for (std::uint32_t k = 0; k < cases; ++k) {
                 const char letter = table.letters[k * conditions.size() + i];
-                if (letter != 'X')
+                if (letter != 'X') {
                     giveFormula(target,
                                 std::array{letter == 'T' ? conditions[i].item : next(conditions[i].item)},
                                 std::array{counterOfCase[k]});
+                }
             }
+        }
         whenFalse += path + "+=" + std::to_string(table.falseStep[i]) + 'u';
         surroundCondition(conditions[i], whenTrue, whenFalse);
     }
-    if (!shared)
+    if (!shared) {
         return;
-    if (table.frontier <= mostTerms)
+    }
+    if (table.frontier <= mostTerms) {
         result.whenTrue.emplace(counterOfCase.begin(), counterOfCase.begin() + table.frontier);
-    if (cases - table.frontier <= mostTerms)
+    }
+    if (cases - table.frontier <= mostTerms) {
         result.whenFalse.emplace(counterOfCase.begin() + table.frontier, counterOfCase.end());
+    }
 }
 
 void FunctionWalk::composeExpression(const DecisionTree& tree, const std::vector<Condition>& conditions,
                                      TokenRange range) {
     const std::uint32_t cases = 1U << conditions.size();
     std::vector<std::uint32_t> ids;
-    for (const Condition& condition : conditions)
+    for (const Condition& condition : conditions) {
         ids.push_back(condition.item.id);
+    }
     const ItemRef first = addComposition(service, ids, cases, prefixExpression(tree));
     const std::uint32_t counter = reserveCounters(target, cases);
-    if (target.counters.way != Counting::Ordered)
-        for (std::uint32_t i = 0; i < cases; ++i)
+    if (target.counters.way != Counting::Ordered) {
+        for (std::uint32_t i = 0; i < cases; ++i) {
             giveFormula(target, std::array{ItemRef{first.kind, first.id + i, true}}, std::array{counter + i});
+        }
+    }
 
     // Operands of & and | have no order: each has a local of its own, put together at the end.
     std::string index;
@@ -386,26 +423,34 @@ namespace {
 
 // The pointers, by declaration, that an expression surely goes through.
 void addDereferenced(const clang::Stmt* e, std::vector<const clang::ValueDecl*>& pointers) {
-    if (const auto* member = llvm::dyn_cast<clang::MemberExpr>(e); member != nullptr && member->isArrow())
-        if (const auto* base = llvm::dyn_cast<clang::DeclRefExpr>(member->getBase()->IgnoreParenImpCasts()))
+    if (const auto* member = llvm::dyn_cast<clang::MemberExpr>(e); member != nullptr && member->isArrow()) {
+        if (const auto* base = llvm::dyn_cast<clang::DeclRefExpr>(member->getBase()->IgnoreParenImpCasts())) {
             pointers.push_back(base->getDecl());
-    for (const clang::Stmt* child : e->children())
-        if (child != nullptr)
+        }
+    }
+    for (const clang::Stmt* child : e->children()) {
+        if (child != nullptr) {
             addDereferenced(child, pointers);
+        }
+    }
 }
 
 // Whether evaluating an expression that the program would have skipped can neither change nor break anything.
 bool isHarmless(const clang::Stmt* e, const std::vector<const clang::ValueDecl*>& known, bool overflowTraps) {
     const auto* value = llvm::dyn_cast<Expr>(e);
-    if (value == nullptr || value->getType().isVolatileQualified())
+    if (value == nullptr || value->getType().isVolatileQualified()) {
         return false;
-    if (llvm::isa<clang::IntegerLiteral, clang::CharacterLiteral, clang::FloatingLiteral>(e))
+    }
+    if (llvm::isa<clang::IntegerLiteral, clang::CharacterLiteral, clang::FloatingLiteral>(e)) {
         return true;
-    if (llvm::isa<clang::DeclRefExpr>(e))
+    }
+    if (llvm::isa<clang::DeclRefExpr>(e)) {
         return true;
+    }
     if (const auto* member = llvm::dyn_cast<clang::MemberExpr>(e)) {
-        if (!member->isArrow())
+        if (!member->isArrow()) {
             return isHarmless(member->getBase(), known, overflowTraps);
+        }
         const auto* base = llvm::dyn_cast<clang::DeclRefExpr>(member->getBase()->IgnoreParenImpCasts());
         return base != nullptr && std::find(known.begin(), known.end(), base->getDecl()) != known.end();
     }
@@ -422,8 +467,9 @@ bool isHarmless(const clang::Stmt* e, const std::vector<const clang::ValueDecl*>
                isHarmless(binary->getLHS(), known, overflowTraps) &&
                isHarmless(binary->getRHS(), known, overflowTraps);
     }
-    if (llvm::isa<clang::ParenExpr, clang::ImplicitCastExpr, clang::CStyleCastExpr, clang::ConstantExpr>(e))
+    if (llvm::isa<clang::ParenExpr, clang::ImplicitCastExpr, clang::CStyleCastExpr, clang::ConstantExpr>(e)) {
         return isHarmless(*e->child_begin(), known, overflowTraps);
+    }
     return false;
 }
 

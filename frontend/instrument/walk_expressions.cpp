@@ -17,28 +17,34 @@ constexpr std::array<std::string_view, 9> leavingNames = {
 
 bool neverReturns(const clang::CallExpr* call) {
     if (const clang::FunctionDecl* callee = call->getDirectCallee()) {
-        if (callee->isNoReturn())
+        if (callee->isNoReturn()) {
             return true;
+        }
         return callee->getIdentifier() != nullptr &&
                std::find(leavingNames.begin(), leavingNames.end(), std::string_view(callee->getName())) !=
                    leavingNames.end();
     }
     clang::QualType type = call->getCallee()->getType();
-    if (const auto* pointer = type->getAs<clang::PointerType>())
+    if (const auto* pointer = type->getAs<clang::PointerType>()) {
         type = pointer->getPointeeType();
+    }
     const auto* function = type->getAs<clang::FunctionType>();
     return function != nullptr && function->getNoReturnAttr();
 }
 
 int countCalls(const clang::Stmt* e) {
     int count = 0;
-    if (const auto* call = llvm::dyn_cast<clang::CallExpr>(e))
+    if (const auto* call = llvm::dyn_cast<clang::CallExpr>(e)) {
         count += isBuiltinCall(call) ? 0 : 1;
-    if (llvm::isa<clang::StmtExpr>(e))
+    }
+    if (llvm::isa<clang::StmtExpr>(e)) {
         count += 2; // whatever is in it
-    for (const clang::Stmt* part : evaluatedParts(e))
-        if (part != nullptr)
+    }
+    for (const clang::Stmt* part : evaluatedParts(e)) {
+        if (part != nullptr) {
             count += countCalls(part);
+        }
+    }
     return count;
 }
 
@@ -51,8 +57,9 @@ std::string valueOpening(const clang::Expr* value) {
 }
 
 void FunctionWalk::fullExpression(const clang::Expr* e) {
-    if (e == nullptr)
+    if (e == nullptr) {
         return;
+    }
     const int outerCalls = callsInExpression;
     const int outerAround = callsAround;
     callsInExpression = countCalls(e);
@@ -63,27 +70,30 @@ void FunctionWalk::fullExpression(const clang::Expr* e) {
 }
 
 void FunctionWalk::expression(const clang::Stmt* e) {
-    if (e == nullptr)
+    if (e == nullptr) {
         return;
+    }
     if (const auto* value = llvm::dyn_cast<clang::Expr>(e); value != nullptr && startsDecision(value)) {
         hitBefore(value, decision(value, ArmProbes::None).atEntry);
         return;
     }
-    if (const auto* c = llvm::dyn_cast<clang::CallExpr>(e))
+    if (const auto* c = llvm::dyn_cast<clang::CallExpr>(e)) {
         call(c);
-    else if (const auto* conditionalOperator = llvm::dyn_cast<clang::ConditionalOperator>(e))
+    } else if (const auto* conditionalOperator = llvm::dyn_cast<clang::ConditionalOperator>(e)) {
         conditional(conditionalOperator);
-    else if (const auto* binary = llvm::dyn_cast<clang::BinaryConditionalOperator>(e))
+    } else if (const auto* binary = llvm::dyn_cast<clang::BinaryConditionalOperator>(e)) {
         binaryConditional(binary);
-    else if (const auto* statements = llvm::dyn_cast<clang::StmtExpr>(e))
+    } else if (const auto* statements = llvm::dyn_cast<clang::StmtExpr>(e)) {
         statementExpression(statements);
-    else if (const auto* logical = llvm::dyn_cast<clang::BinaryOperator>(e);
-             logical != nullptr && logical->isLogicalOp()) {
+    } else if (const auto* logical = llvm::dyn_cast<clang::BinaryOperator>(e);
+               logical != nullptr && logical->isLogicalOp()) {
         expression(logical->getLHS()); // of a system header's macro: no decision of the user
         maybeEvaluated(logical->getRHS());
-    } else
-        for (const clang::Stmt* part : evaluatedParts(e))
+    } else {
+        for (const clang::Stmt* part : evaluatedParts(e)) {
             expression(part);
+        }
+    }
 }
 
 void FunctionWalk::maybeEvaluated(const clang::Stmt* e) {
@@ -96,10 +106,12 @@ void FunctionWalk::maybeEvaluated(const clang::Stmt* e) {
 void FunctionWalk::call(const clang::CallExpr* e) {
     const std::uint32_t callee = first(e->getCallee());
     if (isBuiltinCall(e) || isSetjmpCall(e) || isSystemMacroBody(unit, callee)) {
-        for (const clang::Stmt* part : evaluatedParts(e))
+        for (const clang::Stmt* part : evaluatedParts(e)) {
             expression(part);
-        if (!isBuiltinCall(e))
+        }
+        if (!isBuiltinCall(e)) {
             here.reset();
+        }
         return;
     }
     const clang::FunctionDecl* function = e->getDirectCallee();
@@ -107,20 +119,24 @@ void FunctionWalk::call(const clang::CallExpr* e) {
     std::vector<ItemRef> items = {addCall(
         service, function != nullptr ? function->getNameAsString() : textOf(e->getCallee()->IgnoreImpCasts()),
         lines)};
-    if (neverReturns(e))
+    if (neverReturns(e)) {
         items.push_back(addProcedureItem(service, "term", lines));
+    }
 
     // Where operands have no order, what is hit is certain only when no call but this one and those in it are left.
     const int callsInside = countCalls(e);
     const bool isFirst = callsAround + callsInside == callsInExpression;
     const std::string hits = isFirst ? reach(items) : hit(items);
-    if (!hits.empty())
+    if (!hits.empty()) {
         surround(edits, first(e), tokenAt(e->getRParenLoc(), e), "(" + hits + ",", ")");
-    if (!isFirst)
+    }
+    if (!isFirst) {
         here.reset();
+    }
     ++callsAround;
-    for (const clang::Stmt* part : evaluatedParts(e))
+    for (const clang::Stmt* part : evaluatedParts(e)) {
         expression(part);
+    }
     --callsAround;
     here.reset();
 }
@@ -139,8 +155,9 @@ void FunctionWalk::conditional(const clang::ConditionalOperator* e) {
     const bool trueLeaves = !here.has_value();
     here = before;
     maybeEvaluated(e->getFalseExpr());
-    if (trueLeaves)
+    if (trueLeaves) {
         here.reset();
+    }
 }
 
 void FunctionWalk::binaryConditional(const clang::BinaryConditionalOperator* e) {
@@ -160,9 +177,10 @@ void FunctionWalk::binaryConditional(const clang::BinaryConditionalOperator* e) 
         describeConditions(conditions);
         const std::string whenTrue = hit(std::array{conditions[0].item});
         const std::string whenFalse = hit(std::array{next(conditions[0].item)});
-        if (!whenTrue.empty())
+        if (!whenTrue.empty()) {
             surround(edits, first(value), tokenAt(value->getEndLoc(), value), valueOpening(value),
                      ");velda_v?(void)(" + whenTrue + "):(void)(" + whenFalse + ");velda_v;})");
+        }
         expression(conditions[0].expression);
     }
     maybeEvaluated(e->getFalseExpr());

@@ -34,26 +34,31 @@ bool isIf(const clang::Stmt* s) {
 // `setjmp(e) == 0`, `(r = setjmp(e)) != 0`.
 std::optional<bool> valueOfFirstReturn(const clang::Expr* e, const clang::ASTContext& context) {
     e = e->IgnoreParenImpCasts();
-    if (const auto* call = llvm::dyn_cast<clang::CallExpr>(e))
+    if (const auto* call = llvm::dyn_cast<clang::CallExpr>(e)) {
         return isSetjmpCall(call) ? std::optional(false) : std::nullopt;
+    }
     if (const auto* negation = llvm::dyn_cast<clang::UnaryOperator>(e);
         negation != nullptr && negation->getOpcode() == clang::UO_LNot) {
         const std::optional<bool> inner = valueOfFirstReturn(negation->getSubExpr(), context);
         return inner ? std::optional(!*inner) : std::nullopt;
     }
     const auto* binary = llvm::dyn_cast<clang::BinaryOperator>(e);
-    if (binary == nullptr)
+    if (binary == nullptr) {
         return std::nullopt;
-    if (binary->getOpcode() == clang::BO_Assign)
+    }
+    if (binary->getOpcode() == clang::BO_Assign) {
         return valueOfFirstReturn(binary->getRHS(), context);
-    if (!binary->isEqualityOp())
+    }
+    if (!binary->isEqualityOp()) {
         return std::nullopt;
+    }
     clang::Expr::EvalResult constant;
     const bool onLeft = valueOfFirstReturn(binary->getLHS(), context).has_value();
     const clang::Expr* other = onLeft ? binary->getRHS() : binary->getLHS();
     if ((!onLeft && !valueOfFirstReturn(binary->getRHS(), context)) ||
-        !other->EvaluateAsInt(constant, context))
+        !other->EvaluateAsInt(constant, context)) {
         return std::nullopt;
+    }
     return (constant.Val.getInt() == 0) == (binary->getOpcode() == clang::BO_EQ);
 }
 
@@ -65,8 +70,9 @@ FunctionWalk::FunctionWalk(const Unit& of, Edits& into, HitTarget& hits, Service
 
 void FunctionWalk::run(const clang::FunctionDecl* function) {
     scan = scanFunction(unit, function);
-    for (const LoopPlace& loop : scan.loops)
+    for (const LoopPlace& loop : scan.loops) {
         turnLocals.emplace_back(loop.statement, newLocal());
+    }
     const auto* body = llvm::cast<clang::CompoundStmt>(function->getBody());
     const std::uint32_t brace = first(body);
     const std::uint32_t closing = tokenAt(body->getRBracLoc(), body);
@@ -77,27 +83,31 @@ void FunctionWalk::run(const clang::FunctionDecl* function) {
     const std::string atStart = asStatement(reach(entry));
     const std::size_t start = edits.behind.size();
     edits.behind.push_back({behindLocalLabels(unit, brace), {}});
-    for (const clang::Stmt* s : body->body())
+    for (const clang::Stmt* s : body->body()) {
         statement(s);
+    }
     if (reachesEnd(function, context)) {
         const std::array end = {addProcedureItem(service, "endproc", linesOf(closing, closing))};
         edits.before.push_back({closing, asStatement(reach(end))});
     }
     settleJumps();
     std::string declarations;
-    for (std::uint32_t i = 0; i < locals; ++i)
+    for (std::uint32_t i = 0; i < locals; ++i) {
         declarations +=
             (i == 0 ? std::string(scan.hasSetjmp ? "volatile unsigned int " : "unsigned int ") : ",") +
             "velda_l" + std::to_string(i);
+    }
     edits.behind[start].text = asStatement(declarations) + atStart;
 }
 
 void FunctionWalk::statement(const clang::Stmt* s) {
-    if (s == nullptr)
+    if (s == nullptr) {
         return;
+    }
     if (const auto* compound = llvm::dyn_cast<clang::CompoundStmt>(s)) {
-        for (const clang::Stmt* child : compound->body())
+        for (const clang::Stmt* child : compound->body()) {
             statement(child);
+        }
     } else if (const auto* e = llvm::dyn_cast<clang::Expr>(s)) {
         fullExpression(e);
     } else if (const auto* ifStmt = llvm::dyn_cast<clang::IfStmt>(s)) {
@@ -125,9 +135,11 @@ void FunctionWalk::statement(const clang::Stmt* s) {
         statement(attributed->getSubStmt());
     } else {
         // Declarations, assembler, the empty statement: what they evaluate are full expressions.
-        for (const clang::Stmt* part : evaluatedParts(s))
-            if (const auto* value = llvm::dyn_cast_or_null<clang::Expr>(part))
+        for (const clang::Stmt* part : evaluatedParts(s)) {
+            if (const auto* value = llvm::dyn_cast_or_null<clang::Expr>(part)) {
                 fullExpression(value);
+            }
+        }
     }
 }
 
@@ -136,8 +148,9 @@ void FunctionWalk::arm(const clang::Stmt* s, const std::string& atStart, const s
     const std::uint32_t lastOfArm = last(s);
     if (llvm::isa<clang::CompoundStmt>(s)) {
         edits.behind.push_back({behindLocalLabels(unit, firstOfArm), atStart});
-        if (!close.empty())
+        if (!close.empty()) {
             surround(edits, firstOfArm, lastOfArm, {}, close);
+        }
     } else {
         surround(edits, firstOfArm, lastOfArm, "{" + atStart, "}" + close);
     }
@@ -149,12 +162,13 @@ void FunctionWalk::ifStatement(const clang::IfStmt* s, bool isElseIf) {
     if (!isDescribed(s->getIfLoc())) {
         fullExpression(s->getCond());
         here.reset();
-        for (const clang::Stmt* part : {s->getThen(), s->getElse()})
+        for (const clang::Stmt* part : {s->getThen(), s->getElse()}) {
             if (part != nullptr) {
                 arm(part, {});
                 statement(part);
                 here.reset();
             }
+        }
         return;
     }
     if (const std::optional<bool> value = valueOfFirstReturn(s->getCond(), context)) {
@@ -166,10 +180,11 @@ void FunctionWalk::ifStatement(const clang::IfStmt* s, bool isElseIf) {
     const bool elseIsIf =
         isIf(s->getElse()) && isDescribed(llvm::cast<clang::IfStmt>(s->getElse())->getIfLoc());
     std::vector<ItemRef> elseItems;
-    if (s->getElse() == nullptr)
+    if (s->getElse() == nullptr) {
         elseItems.push_back(addBlock(service, "implicit", "ELSE", linesOf(s)));
-    else if (!elseIsIf)
+    } else if (!elseIsIf) {
         elseItems.push_back(addBlock(service, "simple", "ELSE", linesOf(s->getElse())));
+    }
 
     const DecisionResult result = decision(s->getCond(), ArmProbes::Both);
     std::vector<ItemRef> thenItems = result.hitWhenTrue;
@@ -180,14 +195,17 @@ void FunctionWalk::ifStatement(const clang::IfStmt* s, bool isElseIf) {
     std::string implicitElse;
     if (s->getElse() == nullptr) {
         const std::string hits = enter(elseItems, result.whenFalse);
-        if (!hits.empty())
+        if (!hits.empty()) {
             implicitElse = " else {" + hits + "}";
+        }
     }
     thenArm(s, thenItems, result.whenTrue, implicitElse);
-    if (s->getElse() != nullptr)
+    if (s->getElse() != nullptr) {
         elseArm(s, elseItems, result.whenFalse, elseIsIf);
-    if (!result.atEntry.empty())
+    }
+    if (!result.atEntry.empty()) {
         surround(edits, first(s), last(s), "{" + result.atEntry + ";", "}");
+    }
     here.reset();
 }
 
@@ -201,10 +219,11 @@ void FunctionWalk::thenArm(const clang::IfStmt* s, const std::vector<ItemRef>& i
 void FunctionWalk::elseArm(const clang::IfStmt* s, std::vector<ItemRef> items, const Here& known,
                            bool describesElseIf) {
     arm(s->getElse(), enter(items, known));
-    if (describesElseIf)
+    if (describesElseIf) {
         ifStatement(llvm::cast<clang::IfStmt>(s->getElse()), true);
-    else
+    } else {
         statement(s->getElse());
+    }
 }
 
 void FunctionWalk::setjmpIf(const clang::IfStmt* s, bool comesBackToThen, bool isElseIf) {
@@ -214,21 +233,24 @@ void FunctionWalk::setjmpIf(const clang::IfStmt* s, bool comesBackToThen, bool i
     const bool elseIsIf =
         isIf(s->getElse()) && isDescribed(llvm::cast<clang::IfStmt>(s->getElse())->getIfLoc());
     std::vector<ItemRef> elseItems;
-    if (s->getElse() == nullptr)
+    if (s->getElse() == nullptr) {
         elseItems.push_back(addBlock(service, "implicit", "ELSE", linesOf(s)));
-    else if (!comesBackToThen)
+    } else if (!comesBackToThen) {
         elseItems.push_back(addBlock(service, "atc", "LONGJMP", linesOf(s->getElse())));
-    else if (!elseIsIf)
+    } else if (!elseIsIf) {
         elseItems.push_back(addBlock(service, "simple", "ELSE", linesOf(s->getElse())));
+    }
     here.reset();
     fullExpression(s->getCond());
     here.reset();
     std::string implicitElse;
-    if (s->getElse() == nullptr)
+    if (s->getElse() == nullptr) {
         implicitElse = " else {" + enter(elseItems, {}) + "}";
+    }
     thenArm(s, {thenItem}, {}, implicitElse);
-    if (s->getElse() != nullptr)
+    if (s->getElse() != nullptr) {
         elseArm(s, elseItems, {}, elseIsIf);
+    }
     here.reset();
 }
 
@@ -239,33 +261,42 @@ DescribedLoop FunctionWalk::describeLoop(const clang::Stmt* s, const std::string
     DescribedLoop loop;
     loop.range = {first(s), last(s)};
     loop.hasZero = hasZero;
-    for (const auto& [statement, local] : turnLocals)
-        if (statement == s)
+    for (const auto& [statement, local] : turnLocals) {
+        if (statement == s) {
             loop.turns = local;
-    if (!hasItems)
+        }
+    }
+    if (!hasItems) {
         return loop;
+    }
     const Lines lines = linesOf(s);
-    if (hasZero)
+    if (hasZero) {
         loop.first = addBlock(service, "logical", label + "_0", lines);
+    }
     const ItemRef one = addBlock(service, "logical", label + "_1", lines);
     addBlock(service, "logical", label + "_N", lines);
-    if (!hasZero)
+    if (!hasZero) {
         loop.first = one;
+    }
     loop.counted = one.described;
-    if (!loop.counted)
+    if (!loop.counted) {
         return loop;
+    }
     const std::uint32_t items = hasZero ? 3 : 2;
     loop.counter = reserveCounters(target, items);
-    if (target.counters.way != Counting::Ordered)
-        for (std::uint32_t i = 0; i < items; ++i)
+    if (target.counters.way != Counting::Ordered) {
+        for (std::uint32_t i = 0; i < items; ++i) {
             giveFormula(target, std::array{ItemRef{loop.first.kind, loop.first.id + i, true}},
                         std::array{loop.counter + i});
+        }
+    }
     return loop;
 }
 
 std::string FunctionWalk::leavingText(const DescribedLoop& loop) {
-    if (!loop.counted)
+    if (!loop.counted) {
         return {};
+    }
     const std::string index =
         loop.hasZero ? '(' + loop.turns + ">1u?2u:" + loop.turns + ')' : '(' + loop.turns + ">1u)";
     return indexedHitText(target, loop.first, loop.counter, index) + ';';
@@ -282,8 +313,9 @@ void FunctionWalk::loopBody(const clang::Stmt* body, const DescribedLoop& loop,
 void FunctionWalk::closeLoop(const clang::Stmt* s, const DescribedLoop& loop, const std::string& before) {
     const std::string open = before + (loop.counted ? loop.turns + "=0u;" : std::string{});
     const std::string close = leavingText(loop);
-    if (open.empty() && close.empty())
+    if (open.empty() && close.empty()) {
         return;
+    }
     // Set around the loop after its parts have been, but it has to stand outside those of the same extent.
     edits.surroundings.push_back({first(s), last(s), "{" + open, close + "}", true});
 }
@@ -343,25 +375,30 @@ void FunctionWalk::forStatement(const clang::ForStmt* s) {
         bodyItems.push_back(addBlock(service, "simple", "FOR", linesOf(s->getBody())));
         loop = describeLoop(s, "FOR", !constant.value_or(false), constant.value_or(true));
     }
-    if (s->getInit() != nullptr)
+    if (s->getInit() != nullptr) {
         statement(s->getInit());
+    }
     here.reset();
     DecisionResult result;
-    if (described)
+    if (described) {
         openLoops.push_back(loop);
+    }
     if (s->getCond() != nullptr && described) {
         result = decision(s->getCond(), constant ? ArmProbes::Both : ArmProbes::True);
         hitBefore(s->getCond(), result.atEntry);
-    } else
+    } else {
         fullExpression(s->getCond());
+    }
     here.reset();
-    if (s->getInc() != nullptr)
+    if (s->getInc() != nullptr) {
         fullExpression(s->getInc());
+    }
     bodyItems.insert(bodyItems.begin(), result.hitWhenTrue.begin(), result.hitWhenTrue.end());
     here.reset();
     loopBody(s->getBody(), loop, bodyItems, result.whenTrue);
-    if (described)
+    if (described) {
         openLoops.pop_back();
+    }
     closeLoop(s, loop, hitStatement(result.hitWhenFalse));
     here.reset();
 }
@@ -387,13 +424,15 @@ void FunctionWalk::switchStatement(const clang::SwitchStmt* s) {
     std::string missing;
     if (described && !hasDefault) {
         const std::string hits = hit(std::array{addBlock(service, "implicit", "DEFAULT", linesOf(s))});
-        if (!hits.empty())
+        if (!hits.empty()) {
             missing = "if(0){default:" + hits + ";}";
+        }
     }
-    if (llvm::isa<clang::CompoundStmt>(body))
+    if (llvm::isa<clang::CompoundStmt>(body)) {
         edits.before.push_back({last(body), missing});
-    else
+    } else {
         surround(edits, first(body), last(body), "{", missing + "}");
+    }
 }
 
 // A group of labels and the statement behind them.
@@ -416,16 +455,18 @@ void FunctionWalk::labels(const clang::Stmt* s) {
             colon = tokenAt(one->getColonLoc(), one);
             rest = one->getSubStmt();
             const std::uint32_t keyword = tokenAt(one->getKeywordLoc(), one);
-            if (!isDescribed(one->getKeywordLoc()))
+            if (!isDescribed(one->getKeywordLoc())) {
                 continue;
+            }
             hasCase = true;
             const ItemRef taken =
                 addOneOutcome(service, spelling(unit, keyword, colon - 1), linesOf(keyword, colon - 1));
             // Reached from the switch only, not by falling through.
             const std::string hits =
                 hitStatement(std::array{taken}) + enterLoops(openSwitches.back().first, keyword);
-            if (!hits.empty())
+            if (!hits.empty()) {
                 surround(edits, keyword, colon, "if(0){", hits + "}");
+            }
         } else {
             break;
         }
@@ -436,9 +477,11 @@ void FunctionWalk::labels(const clang::Stmt* s) {
         std::uint32_t end = unit.parsed.tokens[openSwitches.back().last].is(clang::tok::r_brace)
                                 ? openSwitches.back().last - 1
                                 : openSwitches.back().last;
-        for (const std::uint32_t label : openSwitches.back().labels)
-            if (label > colon && label <= end)
+        for (const std::uint32_t label : openSwitches.back().labels) {
+            if (label > colon && label <= end) {
                 end = label - 1;
+            }
+        }
         const ItemRef item =
             addBlock(service, "simple", hasDefault ? "DEFAULT" : "CASE", linesOf(firstLabel, end));
         edits.behind.push_back({colon, asStatement(reach(std::array{item}))});
@@ -474,8 +517,9 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
     const bool valueFirst = value != nullptr && (mayLeave(value) || (ordered && decides));
     const std::string hits = leaveAllLoops() + asStatement(reach(item));
     here.reset();
-    if (hits.empty())
+    if (hits.empty()) {
         return;
+    }
     const auto put = [&](std::size_t where, std::string open, std::string close) {
         edits.surroundings[where].open = std::move(open);
         edits.surroundings[where].close = std::move(close);
@@ -493,32 +537,40 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
 
 std::string FunctionWalk::leaveAllLoops() {
     std::string text;
-    for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop)
+    for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop) {
         text += leavingText(*loop);
+    }
     return text;
 }
 
 // Sets the turns of loops that control comes into from outside, not through their start.
 std::string FunctionWalk::enterLoops(std::uint32_t from, std::uint32_t to) {
     std::string text;
-    for (std::size_t i = 0; i < scan.loops.size(); ++i)
-        if (scan.loops[i].range.holds(to) && !scan.loops[i].range.holds(from))
+    for (std::size_t i = 0; i < scan.loops.size(); ++i) {
+        if (scan.loops[i].range.holds(to) && !scan.loops[i].range.holds(from)) {
             text += turnLocals[i].second + "=1u;";
+        }
+    }
     return text;
 }
 
 void FunctionWalk::gotoStatement(const clang::GotoStmt* s) {
     const std::uint32_t from = first(s);
     std::uint32_t to = noToken;
-    for (const LabelPlace& label : scan.labels)
-        if (label.label == s->getLabel())
+    for (const LabelPlace& label : scan.labels) {
+        if (label.label == s->getLabel()) {
             to = label.token;
-    if (to == noToken)
+        }
+    }
+    if (to == noToken) {
         throw CannotInstrument(from, "goto");
+    }
     std::string leaving;
-    for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop)
-        if (!loop->range.holds(to))
+    for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop) {
+        if (!loop->range.holds(to)) {
             leaving += leavingText(*loop);
+        }
+    }
     jumps.push_back({surround(edits, from, last(s), {}, {}), from, to, leaving + enterLoops(from, to)});
     here.reset();
 }
@@ -533,21 +585,29 @@ void FunctionWalk::computedGoto(const clang::IndirectGotoStmt* s) {
     const auto whenGoingTo = [&](const std::string& effect, const auto& concerns) {
         std::string test;
         for (const LabelPlace& label : scan.labels) {
-            if (!label.addressTaken || !concerns(label.token))
+            if (!label.addressTaken || !concerns(label.token)) {
                 continue;
-            if (label.label->isGnuLocal())
-                throw CannotInstrument(from, "computed goto among local labels"); // not seen from everywhere
+            }
+            if (label.label->isGnuLocal()) {
+                throw CannotInstrument(
+                    from, QT_TRANSLATE_NOOP("Veldacc Instrumenter",
+                                            "computed goto among local labels")); // not seen from everywhere
+            }
             test += (test.empty() ? "" : "||") + std::string("velda_g==&&") + label.label->getNameAsString();
         }
-        if (!test.empty() && !effect.empty())
+        if (!test.empty() && !effect.empty()) {
             hits += "if(" + test + "){" + effect + "}";
+        }
     };
-    for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop)
+    for (auto loop = openLoops.rbegin(); loop != openLoops.rend(); ++loop) {
         whenGoingTo(leavingText(*loop), [&](std::uint32_t to) { return !loop->range.holds(to); });
-    for (std::size_t i = 0; i < scan.loops.size(); ++i)
-        if (!scan.loops[i].range.holds(from))
+    }
+    for (std::size_t i = 0; i < scan.loops.size(); ++i) {
+        if (!scan.loops[i].range.holds(from)) {
             whenGoingTo(turnLocals[i].second + "=1u;",
                         [&](std::uint32_t to) { return scan.loops[i].range.holds(to); });
+        }
+    }
     if (!hits.empty()) {
         edits.surroundings[place].open = "__extension__({const void*velda_g=(";
         edits.surroundings[place].close = ");" + hits + "(void*)velda_g;})";
@@ -559,11 +619,14 @@ void FunctionWalk::computedGoto(const clang::IndirectGotoStmt* s) {
 void FunctionWalk::settleJumps() {
     for (const OpenJump& jump : jumps) {
         std::string text = jump.before;
-        for (const DescribedGroup& group : groups)
-            if (group.inside.holds(jump.to) && !group.inside.holds(jump.from))
+        for (const DescribedGroup& group : groups) {
+            if (group.inside.holds(jump.to) && !group.inside.holds(jump.from)) {
                 text += hitStatement(std::array{group.item});
-        if (text.empty())
+            }
+        }
+        if (text.empty()) {
             continue;
+        }
         edits.surroundings[jump.surrounding].open = "{" + text;
         edits.surroundings[jump.surrounding].close = "}";
     }
@@ -574,16 +637,19 @@ void FunctionWalk::fallThrough(const clang::AttributedStmt* s) {
     const auto isFallThrough = [](const clang::Attr* attribute) {
         return llvm::isa<clang::FallThroughAttr>(attribute);
     };
-    if (std::none_of(s->getAttrs().begin(), s->getAttrs().end(), isFallThrough))
+    if (std::none_of(s->getAttrs().begin(), s->getAttrs().end(), isFallThrough)) {
         return;
+    }
     std::uint32_t token = tokenAt(s->getAttrLoc(), s);
     const std::uint32_t semicolon = last(s);
     // The place given may be that of the word inside the brackets.
     while (token > 0 && (unit.parsed.tokens[token - 1].isOneOf(clang::tok::l_paren, clang::tok::l_square,
-                                                               clang::tok::kw___attribute)))
+                                                               clang::tok::kw___attribute))) {
         --token;
-    for (; token < semicolon; ++token)
+    }
+    for (; token < semicolon; ++token) {
         edits.replacements.push_back({token, {}});
+    }
 }
 
 // ---- probes
@@ -598,15 +664,17 @@ std::string FunctionWalk::hitStatement(std::span<const ItemRef> items) {
 
 std::string FunctionWalk::reach(std::span<const ItemRef> items) {
     const auto isDescribedItem = [](const ItemRef& item) { return item.described; };
-    if (std::none_of(items.begin(), items.end(), isDescribedItem))
+    if (std::none_of(items.begin(), items.end(), isDescribedItem)) {
         return {};
+    }
     if (here && target.counters.way == Counting::Shared) {
         giveFormula(target, items, *here);
         return {};
     }
     const CountedHit counted = countHits(target, items);
-    if (counted.isShared)
+    if (counted.isShared) {
         here = std::vector<std::uint32_t>{counted.counter};
+    }
     return counted.text;
 }
 
@@ -623,8 +691,9 @@ std::string FunctionWalk::newLocal() {
 
 std::uint32_t FunctionWalk::tokenAt(clang::SourceLocation location, const clang::Stmt* of) {
     const std::uint32_t token = findToken(unit, location);
-    if (token == noToken)
+    if (token == noToken) {
         throw CannotInstrument(findToken(unit, of->getBeginLoc()), of->getStmtClassName());
+    }
     return token;
 }
 
@@ -634,8 +703,9 @@ std::uint32_t FunctionWalk::first(const clang::Stmt* s) {
 
 std::uint32_t FunctionWalk::last(const clang::Stmt* s) {
     const std::uint32_t token = lastToken(unit, s);
-    if (token == noToken)
+    if (token == noToken) {
         throw CannotInstrument(findToken(unit, s->getBeginLoc()), s->getStmtClassName());
+    }
     return token;
 }
 

@@ -2,9 +2,11 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -17,8 +19,15 @@ namespace veldacc {
 
 namespace {
 
-constexpr int compileAsItIs = 3; // the instrumenter's status for this, the reason has been said
-constexpr int refused = 4;       // with --strict something was left out; said, too
+// Statuses of the instrumenter; it has said why.
+constexpr int badOption = 2;
+constexpr int compileAsItIs = 3;
+constexpr int refused = 4; // with --strict something was left out
+
+// How often functions that the compiler refuses are left out before the source is given up.
+constexpr int mostAttempts = 3;
+
+constexpr const char* digits = "0123456789";
 
 // A step that runs beside others. It is waited for at the latest when it is given up.
 class Running {
@@ -56,6 +65,28 @@ void show(const Settings& settings, const Words& words) {
         }
         static_cast<void>(std::fprintf(stderr, "%s\n", text.c_str()));
     }
+}
+
+// The FILE:LINE of each message that a compiler has written: "x.c:12:3: error: ...".
+Words placesOfErrors(const std::string& text) {
+    Words places;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t space = line.find(": ");
+        const std::size_t column =
+            space == std::string::npos || space == 0 ? space : line.rfind(':', space - 1);
+        if (column == std::string::npos || column == 0 ||
+            line.find_first_not_of(digits, column + 1) != space) {
+            continue;
+        }
+        const std::size_t number = line.rfind(':', column - 1);
+        if (number != std::string::npos && line.find_first_not_of(digits, number + 1) == column) {
+            places.push_back(line.substr(0, column));
+        }
+    }
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    return places;
 }
 
 // One compilation on its way. Each operation is a step of it.
@@ -137,6 +168,12 @@ private:
         if (!compilation_.machine.empty()) {
             add({"--target", compilation_.machine});
         }
+        if (compilation_.settings.verbose) {
+            add({"--verbose"});
+        }
+        for (const std::string& place : refused_) {
+            add({"--leave", place});
+        }
         const Words& own = compilation_.settings.forInstrumenter;
         words.insert(words.end(), own.begin(), own.end());
         for (const std::string& word : dialectOf(line_)) {
@@ -150,13 +187,17 @@ private:
                    compilation_.settings.timeLimit);
     }
 
+    static bool hasSaidWhy(const Outcome& instrumentation) {
+        return instrumentation.status == badOption || instrumentation.status == compileAsItIs ||
+               instrumentation.status == refused;
+    }
+
     // What there is to say about instrumenting; of a source with errors, nothing.
     void tellAbout(const Outcome& instrumentation) const {
         copyTo(stderr, remarks_);
         if (instrumentation.late) {
             warn(Message::InstrumenterTooSlow, {std::to_string(compilation_.settings.timeLimit)});
-        } else if (!instrumentation.succeeded() && instrumentation.status != compileAsItIs &&
-                   instrumentation.status != refused) {
+        } else if (!instrumentation.succeeded() && !hasSaidWhy(instrumentation)) {
             warn(Message::InstrumenterCrashed, {std::to_string(instrumentation.status)});
         }
     }
@@ -171,14 +212,18 @@ private:
         return afterCheck(instrumentation);
     }
 
-    Compiled afterCheck(const Outcome& instrumentation) {
+    Compiled afterCheck(Outcome instrumentation) {
+        const bool compiled = compileInstrumented(instrumentation);
         tellAbout(instrumentation);
+        if (compiled) {
+            std::error_code error;
+            const bool described = std::filesystem::exists(description_, error);
+            return {.instrumented = true, .description = described ? description_ : ""};
+        }
+        if (instrumentation.status == badOption) {
+            return {.outcome = instrumentation};
+        }
         if (instrumentation.succeeded()) {
-            if (compileInstrumented()) {
-                std::error_code error;
-                const bool described = std::filesystem::exists(description_, error);
-                return {.instrumented = true, .description = described ? description_ : ""};
-            }
             warn(Message::InstrumentedDoesNotCompile, {});
         }
         if (compilation_.settings.strict && instrumentation.status != compileAsItIs) {
@@ -190,9 +235,27 @@ private:
         return {.outcome = compileOriginal()};
     }
 
-    bool compileInstrumented() {
-        const Redirection redirection = wordy() ? inside("", "") : inside(noise_, said_);
-        return run(shown(compileCommand(line_, instrumented_, compilation_.object)), redirection).succeeded();
+    // As far as the source is instrumented. What the compiler refuses costs the function that it is in: it is left as it
+    // is in another attempt.
+    bool compileInstrumented(Outcome& instrumentation) {
+        for (int attempt = 0; instrumentation.succeeded() && attempt < mostAttempts; ++attempt) {
+            const bool compiled =
+                run(shown(compileCommand(line_, instrumented_, compilation_.object)), inside(noise_, said_))
+                    .succeeded();
+            if (wordy()) {
+                copyTo(stderr, said_);
+            }
+            if (compiled) {
+                return true;
+            }
+            const Words places = placesOfErrors(readFile(said_).value_or(""));
+            refused_.insert(refused_.end(), places.begin(), places.end());
+            if (places.empty()) {
+                return false;
+            }
+            instrumentation = instrument();
+        }
+        return false;
     }
 
     // The check has said what is to be said.
@@ -251,6 +314,7 @@ private:
     std::string remarks_ = file("remarks");
     std::string noise_ = file("noise");
     std::string instrumented_;
+    Words refused_; // FILE:LINE of instrumented code
     bool hasMap_ = false;
 };
 

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <deque>
 #include <initializer_list>
 #include <iterator>
 #include <memory>
+#include <memory_resource>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -308,7 +312,13 @@ void storeAllConditions(FdcReader& reader) {
     reader.waiting = {};
 }
 
-// The name remembers the place of its service; in another section another service stands there, or none.
+// A service by its name, without a table for each section: the name remembers the place of the service that was last added
+// with it. Sections come one after the other, so that is the right one, or one of an earlier section. What always holds:
+// a service of this section whose name is the very entry is the one; if another stands at the place, or none, this section
+// has not yet named it.
+//
+//   section 1: f g h      h remembers 2
+//   section 2: h f        h: place 2 is free, so h is new, and remembers 0; f remembers 0, where h stands: f is new
 Service* findOrAddService(FdcReader& reader, NameEntry* name) {
     std::vector<Service>& services = reader.newServices;
     if (name->place < services.size() && services[name->place].name == name) {

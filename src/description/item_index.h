@@ -4,7 +4,8 @@
 //
 // Instrumentation numbers the items of a file, so identifiers are mostly dense and different: they index an array, and
 // a look-up is one access. An identifier is dense when it is below a small multiple of the number of items; others, of
-// descriptions that number sparsely, are in a hash table. Both say the same for identifiers that occur once.
+// descriptions that number sparsely, are in a hash table. Both say the same for identifiers that occur once. (What an
+// index takes: docs/performance.md, "Where the time goes".)
 //
 // Identifiers should be unique, and descriptions exist where they are not. Then the first item from the current service
 // on is meant, the one that a search service by service would find; the service where an item was found becomes the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <memory_resource>
 #include <new>
@@ -14,8 +15,17 @@ namespace veldacov {
 
 namespace {
 
-// The names of one bucket by their hashes: an open table whose size is a power of two, at most half full. A
-// description of many services looks up or adds a name for every line; here this costs one access to cold memory.
+// The names of one bucket: an open table by a second hash, whose size is a power of two.
+//
+// The bucket of a name is fixed (nameBucket), and 100,000 names are 400 in each. In chains they would cost 200
+// comparisons, each in cold memory, for every line of a description. So a bucket is a table of its own, in which the
+// name stands at its hash, or in the first free slot behind it:
+//
+//   eight slots   | - | f 9 | - | g 3b | h 13 | - | - | - |     h, whose hash has the low bits of that of g, stands behind g
+//
+// What always holds: half of the slots are free, so that a search ends soon; slots have the whole hash, so that other
+// names are mostly passed over without a look at them. A look-up costs one access to cold memory (docs/performance.md,
+// "Where the time goes").
 struct Bucket {
     struct Slot {
         std::size_t hash = 0;
@@ -40,11 +50,11 @@ NameEntry* makeEntry(Arena& memory, std::string_view text) {
 
 // The slot of a text, or the free one where it belongs.
 Bucket::Slot& slotOf(std::pmr::vector<Bucket::Slot>& slots, std::size_t hash, std::string_view text) {
-    std::size_t place = hash & (slots.size() - 1);
-    while (slots[place].name != nullptr && (slots[place].hash != hash || slots[place].name->text != text)) {
-        place = (place + 1) & (slots.size() - 1);
+    std::size_t at = hash & (slots.size() - 1);
+    while (slots[at].name != nullptr && (slots[at].hash != hash || slots[at].name->text != text)) {
+        at = (at + 1) & (slots.size() - 1);
     }
-    return slots[place];
+    return slots[at];
 }
 
 void grow(Bucket& bucket, Arena& memory) {

@@ -3,6 +3,7 @@
 // The process-wide pool of names. Every distinct text exists once, so two names are equal exactly when their
 // entries are the same object, and other modules mark names through the flags of the entry.
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <numeric>
@@ -105,7 +106,7 @@ void pairExpressionCases(Composition& composition, const CasePlaces& places) {
 // The search for the pairs of a case table: which true case and which false case differ in one position only, where
 // both care? Bits answer for 64 positions at once: the exclusive or of two vectors has the positions where they differ,
 // the masks take out those where one has an X, and a pair is what leaves a single bit. It also says for which basic
-// condition, so that one pass finds the pairs of all conditions.
+// condition, so that one pass finds the pairs of all conditions (docs/performance.md, "How cost grows").
 //
 //   a = TXF   value 1-0   care 101
 //   b = FTF   value 010   care 111    (1-0 ^ 010) & 101 & 111 = 100: a pair of the first condition

@@ -1,6 +1,7 @@
 #include "description/tokens.h"
 
 #include <bit>
+#include <cstddef>
 
 #include "support/machine.h"
 

@@ -3,9 +3,19 @@
 // The fields of one line of a description or trace. Fields are separated by blanks (a tab is none); the text
 // of a line ends with a line feed, a carriage return or a NUL byte.
 //
-// Texts that are returned lie in the line itself, or in the caller's scratch string, and are valid as long.
+// Fields are borrowed, because most are looked at once: a word is compared with a table, a name with those of the pool.
+// Nothing is copied that nobody keeps. What always holds: a text that is returned lies in the line, which lies in the
+// buffer of its file, and is valid until the next line is read. One that cannot stand as it is, because it has escapes,
+// lies in the scratch string of the caller, and is valid until that is used again:
+//
+//   AP 0 "main" "f" 12 12      "main" with its quotes, in the line
+//   AP 0 "a\"b" "f" 12 12      "a"b", in the scratch string
+//
+// The usual forms of names and numbers are read first, the others by the general operations (docs/performance.md,
+// "Where the time goes").
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -1,5 +1,8 @@
 #pragma once
 
+// This program's command line: the decoder takes it apart by the grammar, and what it found becomes the record of options,
+// names of selections marked in the name pool.
+
 #include <string>
 #include <vector>
 

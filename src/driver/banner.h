@@ -1,5 +1,7 @@
 #pragma once
 
+// The version banner, the only output of a run that has no other words than -VERSION.
+
 #include <string>
 #include <string_view>
 #include <vector>

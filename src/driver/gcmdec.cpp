@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <new>
+#include <utility>
 
 #include <QRegularExpression>
 #include <QtGlobal>

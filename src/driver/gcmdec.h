@@ -6,6 +6,7 @@
 // An option word starts with the prefix and may carry a value behind the separator (-pr=ret). Names are
 // matched without regard to case and may be abbreviated as long as they stay unique. A value may be a list.
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>

@@ -1,5 +1,8 @@
 #include "driver/grammar.h"
 
+#include <cstdint>
+#include <string_view>
+
 #include <QtGlobal>
 
 namespace veldacov {

@@ -1,5 +1,8 @@
 #pragma once
 
+// The messages of the measure database. Its problems cost the measure and not the run, so they are none of the message
+// kinds of the program: no warning is counted, and no status follows.
+
 #include <QString>
 
 namespace veldacov {

@@ -1,7 +1,7 @@
 #pragma once
 
 // The measure database: measures taken over time, per user and measure, in the directory that VELDA_TPM_ROOT names.
-// TPM is what users call it, and what stands in front of the names of these files. Three files hang off the base
+// Messages call it Test Process Monitor, hence the names of these files. Three files hang off the base
 // <root>/<measure>.<user>.<number of values>:
 //
 //   .idx   entries of two words: key, byte offset of the key's latest record in the database file
@@ -24,8 +24,9 @@ namespace veldacov {
 // is described, by counter. Problems are shown and do not stop the run.
 void writeCoverageMeasures(const CoverageOptions& options);
 
-// Adds one record; `time` is in seconds since 1970, 0 for now. True on error (like the status of a command, unlike the
-// other operations), which has been shown. Waits as long as another process holds the lock, until an interrupt; open outputs are flushed before.
+// Adds one record; `time` is in seconds since 1970, 0 for now. True on error, like the status of a command and unlike the
+// other operations; it has been shown then. Waits as long as another process holds the lock, until an interrupt; open
+// outputs are flushed before.
 bool writeMeasure(const std::string& name, std::uint32_t key, std::uint32_t time,
                   std::span<const std::uint32_t> values);
 

@@ -1,5 +1,8 @@
 #include "outputs/flow.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "description/conditions.h"

@@ -1,5 +1,11 @@
 #pragma once
 
+// The path trace (-FLOW): the way that the tests took, hit by hit. The counts of a report do not tell the order of hits, so
+// the traces are read a second time, by the same reader, and nothing is counted:
+//
+//   Test morning Fri Jan  2 00:00:00 1970
+//   	incoming open, line 1
+
 #include "description/fdcL.h"
 #include "report/labels.h"
 #include "report/options.h"

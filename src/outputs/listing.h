@@ -1,5 +1,10 @@
 #pragma once
 
+// Annotated listings (-LISTING): the source beside what no test has hit, in a file X.lsc for each source X.
+//
+//   80 ==>|        level = 2;              nothing of this line was hit (-->: some of it was not)
+//   ***** Simple block ELSEIF *****       what was not
+
 #include "report/options.h"
 
 namespace veldacov {

@@ -10,6 +10,7 @@
 //          <label>\t<rate>% (<hits>/<total>), +<rate> (+<new hits>)
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 #include "report/hit_recorder.h"
 
 #include <array>
+#include <cstddef>
 #include <span>
 
 #include "description/hit_counting.h"

@@ -9,7 +9,8 @@
 // whether it is kept. A hit that the loop puts aside follows the same treatment.
 //
 // New hits wait for each other in a batch. Each of them means some loads from memory that no cache holds; with 32 of
-// them in hand these loads run at the same time, and recording them waits once.
+// them in hand these loads run at the same time, and recording them waits once (docs/performance.md, "Where the time
+// goes"). What always holds: a batch is of one treatment, and is recorded before any other line is looked at.
 
 #include <cstdint>
 

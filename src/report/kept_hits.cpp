@@ -1,6 +1,7 @@
 #include "report/kept_hits.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "description/hit_counting.h"

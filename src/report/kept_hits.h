@@ -8,9 +8,11 @@
 // items that nobody has hit. Of a part that nothing describes (a placeholder) each identifier has its count.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "description/hit_counting.h"

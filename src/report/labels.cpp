@@ -1,6 +1,7 @@
 #include "report/labels.h"
 
 #include <array>
+#include <cstddef>
 
 #include <QtGlobal>
 

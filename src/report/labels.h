@@ -1,5 +1,9 @@
 #pragma once
 
+// The fixed texts of the report, in both of its languages, and of the CIO file: one row each (labels.cpp). Those of the
+// report are part of its form, with their dots and blanks, and chosen by VELDACOV_LAN; those of the CIO file are
+// translated like messages.
+
 #include <cstdint>
 #include <string>
 #include <string_view>

@@ -1,5 +1,8 @@
 #pragma once
 
+// What the command line asks for, as every output reads it. Names of selections are marked in the name pool, where a look
+// at a name's entry decides; the lists beside them are kept for the warnings about names that nothing has.
+
 #include <cstdint>
 #include <optional>
 #include <string>

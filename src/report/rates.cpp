@@ -1,6 +1,7 @@
 #include "report/rates.h"
 
 #include <bit>
+#include <cstddef>
 
 namespace veldacov {
 

@@ -3,6 +3,7 @@
 // The rates of a set of counters, as the report and the CIO file show them: one row per rate, in order.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "description/model.h"

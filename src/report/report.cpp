@@ -1,5 +1,8 @@
 #include "report/report.h"
 
+#include <cstdint>
+#include <string>
+
 #include "description/hit_counting.h"
 #include "description/pairs.h"
 #include "report/auth.h"

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cassert>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+// What the modules of a report run share: who writes each value, and so who may rely on it, stands beside it.
+
 #include <cstdint>
 
 #include "description/model.h"

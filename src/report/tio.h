@@ -16,6 +16,7 @@
 // header of its own (hit_lines.h).
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>

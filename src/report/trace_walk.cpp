@@ -1,5 +1,7 @@
 #include "report/trace_walk.h"
 
+#include <optional>
+
 #include "description/hit_counting.h"
 #include "report/auth.h"
 

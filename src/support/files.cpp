@@ -1,6 +1,7 @@
 #include "support/files.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 #include <ctime>

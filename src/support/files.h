@@ -4,6 +4,7 @@
 // file keys and checksum folds, path helpers, and the 24-character date.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>

@@ -1,6 +1,7 @@
 #include "support/input_names.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <tuple>
 #include <utility>

@@ -1,6 +1,7 @@
 #include "support/machine.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <new>

@@ -6,6 +6,7 @@
 // A message line reads "<product> <executable> - <KIND>: <text>"; its five prefix formats are translated like
 // every other text that a user sees.
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>

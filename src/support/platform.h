@@ -107,8 +107,8 @@ struct FileStatus {
 // None when the file cannot be examined.
 std::optional<FileStatus> fileStatus(const std::string& path);
 std::optional<FileStatus> fileStatus(int descriptor);
-// The identity that a missing file would have if it were created, at the end of symbolic links that lead nowhere yet; none without
-// a directory.
+// The identity that a missing file would have if it were created, at the end of symbolic links that lead nowhere yet; none
+// without a directory.
 std::optional<FileIdentity> identityOfMissing(const std::string& path);
 
 // An instant (seconds since 1970) in the time zone of the user.

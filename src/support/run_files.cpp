@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -153,7 +154,7 @@ OutputFile outputOnStandardOutput() {
 
 bool standardOutputIsGiven() {
     const std::optional<platform::FileStatus> status = platform::fileStatus(platform::standardOutput);
-    return status && status->kind == FileKind::Regular && givenPlaces().contains(status->place);
+    return status && status->kind == FileKind::Regular && givenIdentities().contains(status->identity);
 }
 
 OutputFile createListing(const std::string& name) {

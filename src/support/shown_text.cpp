@@ -1,5 +1,7 @@
 #include "support/shown_text.h"
 
+#include <cstddef>
+
 namespace veldacov {
 
 namespace {

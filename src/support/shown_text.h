@@ -2,6 +2,7 @@
 
 // Names as people may look at them: on a terminal, control characters of a name would move the cursor or worse.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 

@@ -1,6 +1,7 @@
 #include "view/command_line.h"
 
 #include <algorithm>
+#include <charconv>
 #include <map>
 
 #include <CLI/CLI.hpp>
@@ -22,6 +23,17 @@ struct ParsedWords {
     bool asksVersion = false;
 };
 
+[[noreturn]] void refuse(const QString& reason) {
+    userError(reason);
+    fatalError(translate("Fatal Error", "Errors in command line"));
+}
+
+[[noreturn]] void refuseValue(std::string_view value, std::string_view option, std::string_view possible) {
+    refuse(filled(translate("View", "%1 is no value of %2, possible: %3",
+                            "%1 is a word of the command line, %2 an option, %3 a list"),
+                  {value, option, possible}));
+}
+
 // A word in brackets is a list to the parser, but a name with a wildcard here; a value of an option is safe.
 std::string withoutList(const std::string& word, const std::string& before) {
     const bool looksLikeList = word.starts_with('[') && word.ends_with(']') && !before.starts_with('-');
@@ -33,6 +45,10 @@ std::vector<std::string> expandedWords(const std::vector<std::string>& words) {
     std::vector<std::string> expanded;
     for (std::size_t place = 1; place < words.size() && words[place] != "--"; ++place) {
         const std::string& word = words[place];
+        if (word.starts_with("--") && word.find('=') == word.size() - 1) {
+            expanded.insert(expanded.end(), {word.substr(0, word.size() - 1), ""});
+            continue; // the parser would take the next word as the value
+        }
         if (!word.starts_with('@')) {
             expanded.push_back(withoutList(word, words[place - 1]));
             continue;
@@ -94,7 +110,7 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, Choice& choic
     const auto take = [&choice, choices, name, names](const std::string& text) {
         const auto chosen = choices.find(text);
         if (chosen == choices.end()) {
-            throw CLI::ValidationError(name, text + " is none of " + names);
+            refuseValue(text, name, names);
         }
         choice = chosen->second;
     };
@@ -121,6 +137,16 @@ void addCheck(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
         ->type_name("FILE");
 }
 
+std::uint32_t numberOfFiles(const std::string& text) {
+    constexpr std::uint32_t most = 10000;
+    std::uint32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number == 0 || number > most) {
+        refuseValue(text, "--split", "1-" + std::to_string(most));
+    }
+    return number;
+}
+
 void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     CLI::App& command = addCommand(program, "export", "Write what other programs read", parsed, request);
     addOutput(command, request);
@@ -135,10 +161,10 @@ void addExport(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     command.add_flag("--mcdc", exports.mcdc, "LCOV: modified conditions too, for LCOV 2.2 and later")
         ->group("Formats");
     command
-        .add_option("--split", exports.split,
-                    "Cobertura: write N files, FILE-1 to FILE-N, of about the same size")
+        .add_option_function<std::string>(
+            "--split", [&exports](const std::string& text) { exports.split = numberOfFiles(text); },
+            "Cobertura: write N files, FILE-1 to FILE-N, of about the same size")
         ->type_name("N")
-        ->check(CLI::Range(1, 10000))
         ->group("Formats");
 }
 
@@ -164,19 +190,52 @@ void addHtml(CLI::App& program, ParsedWords& parsed, ViewRequest& request) {
     endProgram(ExitStatus::Normal);
 }
 
-[[noreturn]] void refuse(const std::string& reason) {
-    userError(fromLocal(reason));
-    fatalError(translate("Fatal Error", "Errors in command line"));
+std::string joined(const std::vector<std::string>& words, std::string_view separator) {
+    std::string text;
+    for (const std::string& word : words) {
+        text.append(text.empty() ? "" : separator).append(word);
+    }
+    return text;
+}
+
+std::vector<std::string> commandNames(const CLI::App& program) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : program.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+[[noreturn]] void refuseWithoutCommand(const CLI::App& program) {
+    refuse(filled(translate("View", "A sub-command is missing: %1", "%1 is a list of names"),
+                  {joined(commandNames(program), ", ")}));
 }
 
 // The parser would only say that a sub-command is missing.
 void checkCommand(const CLI::App& program, const std::vector<std::string>& words) {
-    const auto named = [&](const CLI::App* command) { return command->get_name() == words.front(); };
-    const std::vector<const CLI::App*> commands = program.get_subcommands({});
+    const std::vector<std::string> names = commandNames(program);
     if (!words.empty() && !words.front().starts_with('-') &&
-        std::none_of(commands.begin(), commands.end(), named)) {
-        refuse(words.front() + " is no sub-command");
+        std::find(names.begin(), names.end(), words.front()) == names.end()) {
+        refuse(filled(translate("View", "%1 is no sub-command", "%1 is a word of the command line"),
+                      {words.front()}));
     }
+}
+
+[[noreturn]] void refuseAsMissing(std::string_view what) {
+    refuse(
+        filled(translate("View", "%1 is missing", "%1 is an option, or what stands for file names"), {what}));
+}
+
+[[noreturn]] void refuseWords(std::string_view words) {
+    refuse(filled(translate("View", "Not expected in the command line: %1", "%1 are words of it"), {words}));
+}
+
+// The parser says in English what is wrong. Many of its texts have an option at one end.
+std::string upToColonOrBlank(const std::string& text) {
+    return text.substr(0, text.find_first_of(": "));
+}
+std::string behindColon(const std::string& text) {
+    return text.substr(std::min(text.find(": ") + 2, text.size()));
 }
 
 void parse(CLI::App& program, std::vector<std::string> words) {
@@ -189,8 +248,20 @@ void parse(CLI::App& program, std::vector<std::string> words) {
         answer(commands.empty() ? program.help() : commands.front()->help("veldaview"));
     } catch (const CLI::CallForVersion& version) {
         answer(std::string(version.what()) + "\n");
-    } catch (const CLI::ParseError& error) {
-        refuse(error.what());
+    } catch (const CLI::ExtrasError&) {
+        refuseWords(joined(program.remaining(true), " "));
+    } catch (const CLI::ConversionError& error) {
+        refuseWords(behindColon(error.what()));
+    } catch (const CLI::ArgumentMismatch& error) {
+        refuse(filled(translate("View", "%1 takes one value", "%1 is an option"),
+                      {upToColonOrBlank(error.what())}));
+    } catch (const CLI::RequiredError& error) {
+        if (program.get_subcommands().empty()) {
+            refuseWithoutCommand(program);
+        }
+        refuseAsMissing(upToColonOrBlank(error.what()));
+    } catch (const CLI::ParseError& error) { // nothing that this command line can have
+        refuse(fromLocal(error.what()));
     }
 }
 
@@ -206,14 +277,9 @@ void takeMinima(const ParsedWords& parsed, CheckOptions& check) {
     for (const std::string& text : parsed.minima) {
         const std::optional<Minimum> minimum = readMinimum(text);
         if (!minimum) {
-            std::string names;
-            for (const std::string_view name : viewRateNames) {
-                names.append(names.empty() ? "" : ", ").append(name);
-            }
-            userError(filled(translate("View", "%1 is no minimum: RATE=PERCENT, the rate one of %2",
-                                       "%1 is a word of the command line, %2 a list of names"),
-                             {text, names}));
-            fatalError(translate("Fatal Error", "Errors in command line"));
+            refuse(filled(translate("View", "%1 is no minimum: RATE=PERCENT, the rate one of %2",
+                                    "%1 is a word of the command line, %2 a list of names"),
+                          {text, joined({viewRateNames.begin(), viewRateNames.end()}, ", ")}));
         }
         check.minima.push_back(*minimum);
     }
@@ -232,14 +298,18 @@ ViewCommand commandOf(const CLI::App& program) {
 // Options of one format with another would say less than was asked for.
 void refuseOtherFormats(const ViewRequest& request) {
     const ExportOptions& exports = request.exports;
-    if (exports.format != ExportFormat::Lcov && (exports.perTest || exports.mcdc)) {
-        refuse("--per-test and --mcdc are for --format lcov");
-    }
-    if (exports.split > 1 && (exports.format != ExportFormat::Cobertura || request.output == "-")) {
-        refuse("--split is for --format cobertura with --output FILE");
-    }
+    const bool isLcov = exports.format == ExportFormat::Lcov;
+    const bool canSplit = exports.format == ExportFormat::Cobertura && request.output != "-";
+    const auto allow = [](bool allowed, std::string_view option, std::string_view with) {
+        if (!allowed) {
+            refuse(filled(translate("View", "%1 is for %2 only", "%1 and %2 are options"), {option, with}));
+        }
+    };
+    allow(isLcov || !exports.perTest, "--per-test", "--format lcov");
+    allow(isLcov || !exports.mcdc, "--mcdc", "--format lcov");
+    allow(canSplit || exports.split == 1, "--split", "--format cobertura --output FILE");
     if (request.command == ViewCommand::Html && request.output == "-") {
-        refuse("html writes a folder, not standard output");
+        refuse(filled(translate("View", "%1 is no folder", "%1 is the name of a file"), {request.output}));
     }
 }
 
@@ -261,7 +331,7 @@ ViewRequest readViewCommandLine(const std::vector<std::string>& words) {
     const auto names = std::find(words.begin(), words.end(), "--"); // the parser would look for options here
     parsed.files.insert(parsed.files.end(), names == words.end() ? names : names + 1, words.end());
     if (parsed.files.empty()) {
-        refuse("files is required");
+        refuseAsMissing("FILES");
     }
     request.command = commandOf(program);
     refuseOtherFormats(request);

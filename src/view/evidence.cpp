@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <map>
 #include <optional>
-#include <tuple>
 
 #include "description/hit_counting.h"
+#include "view/evidence_join.h"
 
 namespace veldacov {
 
@@ -21,21 +21,23 @@ using Counts = std::span<const std::uint32_t>;
 enum class Rank : std::uint8_t { Entry, Condition, Block, Call, Exit, CaseLabel };
 
 // What may count a line, in one word that sorts by line, rank and place in the description: the number of the item among
-// those of its file, at most 2^29.
+// those of its file, at most 2^28. The last bit says that the item next to it counts, too: it is the other outcome.
 using Candidate = std::uint64_t;
 constexpr unsigned lineShift = 32;
 constexpr unsigned rankShift = 29;
-constexpr Candidate candidate(std::uint32_t line, Rank rank, std::uint32_t place) {
-    return Candidate{line} << lineShift | Candidate{static_cast<std::uint8_t>(rank)} << rankShift | place;
+constexpr unsigned placeShift = 1;
+constexpr Candidate candidate(std::uint32_t line, Rank rank, std::uint32_t place, std::uint32_t others) {
+    return Candidate{line} << lineShift | Candidate{static_cast<std::uint8_t>(rank)} << rankShift |
+           Candidate{place} << placeShift | others;
 }
 constexpr std::uint32_t lineOf(Candidate item) {
     return static_cast<std::uint32_t>(item >> lineShift);
 }
-constexpr bool isCondition(Candidate item) {
-    return (item >> rankShift & 7U) == static_cast<Candidate>(Rank::Condition);
-}
 constexpr std::uint32_t placeOf(Candidate item) {
-    return static_cast<std::uint32_t>(item & ((Candidate{1} << rankShift) - 1));
+    return static_cast<std::uint32_t>(item >> placeShift & ((Candidate{1} << (rankShift - placeShift)) - 1));
+}
+constexpr std::uint32_t othersOf(Candidate item) {
+    return static_cast<std::uint32_t>(item & 1U);
 }
 
 // The places of a condition's outcomes behind its first one: 1, or 0 where it has one outcome.
@@ -50,13 +52,6 @@ std::uint32_t otherOutcome(const Service& service, std::uint32_t place) {
 // How often a condition was evaluated.
 std::uint32_t evaluations(Counts counts, std::uint32_t number, std::uint32_t other) {
     return other == 0 ? counts[number] : saturatingSum(counts[number], counts[number + other]);
-}
-
-// Those of a decision stay together.
-void sortByLine(std::vector<ProofEvidence>& proofs) {
-    std::stable_sort(proofs.begin(), proofs.end(), [](const ProofEvidence& left, const ProofEvidence& right) {
-        return left.line < right.line;
-    });
 }
 
 // The evidence of one description.
@@ -93,9 +88,9 @@ private:
     void takeProofs(const CampaignService& service);
     void numberBranches();
 
-    void add(const CoverageItem& item, Rank rank, std::uint32_t number) {
+    void add(const CoverageItem& item, Rank rank, std::uint32_t number, std::uint32_t others = 0) {
         if (item.startLine != 0) {
-            candidates_.push_back(candidate(item.startLine, rank, number - firstItem_));
+            candidates_.push_back(candidate(item.startLine, rank, number - firstItem_, others));
         }
     }
     template <typename Item>
@@ -156,34 +151,20 @@ void DescriptionEvidence::takeConditionLines(const CampaignService& service, std
         if (condition.kind == ConditionKind::Case) {
             continue;
         }
-        add(condition, isCaseLabel(condition) ? Rank::CaseLabel : Rank::Condition, first + place);
-        place += otherOutcome(items, place);
+        const std::uint32_t other = otherOutcome(items, place);
+        add(condition, isCaseLabel(condition) ? Rank::CaseLabel : Rank::Condition, first + place, other);
+        place += other;
     }
 }
 
 void DescriptionEvidence::takeLines() {
     std::sort(candidates_.begin(), candidates_.end());
-    std::uint32_t service = file_.firstService; // of the last condition looked at
     for (const Candidate item : candidates_) {
         const std::uint32_t line = lineOf(item);
-        if (!evidence_.lines.empty() && evidence_.lines.back().line == line) {
-            continue;
+        if (evidence_.lines.empty() || evidence_.lines.back().line != line) {
+            evidence_.lines.push_back(
+                {line, evaluations(counts_, firstItem_ + placeOf(item), othersOf(item))});
         }
-        const std::uint32_t number = firstItem_ + placeOf(item);
-        std::uint32_t count = counts_[number];
-        if (isCondition(item)) {
-            if (campaign_.services[service].firstItem > number) {
-                service = file_.firstService;
-            }
-            while (service + 1 < file_.firstService + file_.serviceCount &&
-                   campaign_.services[service + 1].firstItem <= number) {
-                ++service;
-            }
-            const CampaignService& owner = campaign_.services[service];
-            count = evaluations(counts_, number,
-                                otherOutcome(*owner.service, number - itemNumbers(owner).conditions));
-        }
-        evidence_.lines.push_back({line, count});
     }
 }
 
@@ -279,12 +260,7 @@ void DescriptionEvidence::takeProofs(const CampaignService& service) {
 // Numbers the decisions of each line from 0, and the branches of each.
 void DescriptionEvidence::numberBranches() {
     auto& branches = evidence_.branches;
-    const auto comesFirst = [](const BranchEvidence& left, const BranchEvidence& right) {
-        return std::tie(left.line, left.decision) < std::tie(right.line, right.decision);
-    };
-    if (!std::is_sorted(branches.begin(), branches.end(), comesFirst)) {
-        std::stable_sort(branches.begin(), branches.end(), comesFirst);
-    }
+    sortByLine(branches);
     std::uint32_t decision = noDecision; // as met, of the branch before
     for (std::size_t i = 0; i < branches.size(); ++i) {
         const bool sameLine = i > 0 && branches[i - 1].line == branches[i].line;
@@ -295,119 +271,6 @@ void DescriptionEvidence::numberBranches() {
                                : sameDecision ? branches[i - 1].decision
                                               : branches[i - 1].decision + 1;
     }
-}
-
-void joinFunctions(std::vector<FunctionEvidence>& all, const std::vector<FunctionEvidence>& more) {
-    std::map<std::tuple<const NameEntry*, std::uint32_t>, std::size_t> places;
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        places.try_emplace({all[i].name, all[i].line}, i);
-    }
-    for (const FunctionEvidence& function : more) {
-        const auto [known, isNew] = places.try_emplace({function.name, function.line}, all.size());
-        if (isNew) {
-            all.push_back(function);
-        } else {
-            all[known->second].count = std::max(all[known->second].count, function.count);
-        }
-    }
-}
-
-void joinLines(std::vector<LineEvidence>& all, const std::vector<LineEvidence>& more) {
-    std::map<std::uint32_t, std::uint32_t> counts;
-    const auto take = [&](const LineEvidence& line) {
-        std::uint32_t& count = counts[line.line];
-        count = std::max(count, line.count);
-    };
-    std::for_each(all.begin(), all.end(), take);
-    std::for_each(more.begin(), more.end(), take);
-    all.clear();
-    for (const auto& [line, count] : counts) {
-        all.push_back({line, count});
-    }
-}
-
-// A branch, by what it says: line, text, which of those with one text.
-using BranchKey = std::tuple<std::uint32_t, std::string_view, std::uint32_t>;
-std::vector<BranchKey> keysOf(const std::vector<BranchEvidence>& branches) {
-    std::map<std::tuple<std::uint32_t, std::string_view>, std::uint32_t> times;
-    std::vector<BranchKey> keys;
-    keys.reserve(branches.size());
-    for (const BranchEvidence& branch : branches) {
-        keys.emplace_back(branch.line, branch.text, times[{branch.line, branch.text}]++);
-    }
-    return keys;
-}
-
-// Branches that both have are one; others of the second description are decisions of their own.
-void joinBranches(std::vector<BranchEvidence>& all, const std::vector<BranchEvidence>& more) {
-    std::map<BranchKey, std::size_t> places;
-    std::map<std::uint32_t, std::uint32_t> decisions; // on each line
-    const std::vector<BranchKey> known = keysOf(all);
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        places.emplace(known[i], i);
-        decisions[all[i].line] = all[i].decision + 1;
-    }
-    const std::vector<BranchKey> keys = keysOf(more);
-    std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> added; // by line and their own number
-    for (std::size_t i = 0; i < more.size(); ++i) {
-        const auto same = places.find(keys[i]);
-        if (same == places.end()) {
-            std::uint32_t& next = decisions[more[i].line];
-            const auto [decision, isNew] = added.try_emplace({more[i].line, more[i].decision}, next);
-            next += isNew ? 1 : 0;
-            all.push_back(more[i]);
-            all.back().decision = decision->second;
-            continue;
-        }
-        BranchEvidence& branch = all[same->second];
-        branch.count = std::max(branch.count, more[i].count);
-        branch.evaluated = branch.evaluated || more[i].evaluated;
-    }
-    std::stable_sort(all.begin(), all.end(), [](const BranchEvidence& left, const BranchEvidence& right) {
-        return std::tie(left.line, left.decision) < std::tie(right.line, right.decision);
-    });
-}
-
-// A decision, by what it says: line, texts of its conditions, which of those with the same ones.
-using DecisionKey = std::tuple<std::uint32_t, std::vector<std::string_view>, std::uint32_t>;
-// Of the decisions that the proofs are of, in their order.
-std::vector<DecisionKey> decisionsOf(const std::vector<ProofEvidence>& proofs) {
-    std::map<std::pair<std::uint32_t, std::vector<std::string_view>>, std::uint32_t> times;
-    std::vector<DecisionKey> keys;
-    for (std::size_t first = 0; first < proofs.size(); first += proofs[first].conditions) {
-        std::vector<std::string_view> texts;
-        for (std::size_t i = first; i < first + proofs[first].conditions; ++i) {
-            texts.push_back(proofs[i].text);
-        }
-        const std::uint32_t time = times[{proofs[first].line, texts}]++;
-        keys.emplace_back(proofs[first].line, std::move(texts), time);
-    }
-    return keys;
-}
-
-// Decisions that both have are one, which either may prove; others of the second description are added whole.
-void joinProofs(std::vector<ProofEvidence>& all, const std::vector<ProofEvidence>& more) {
-    std::map<DecisionKey, std::size_t> places;
-    std::size_t first = 0;
-    for (const DecisionKey& decision : decisionsOf(all)) {
-        places.emplace(decision, first);
-        first += all[first].conditions;
-    }
-    first = 0;
-    for (const DecisionKey& decision : decisionsOf(more)) {
-        const std::span<const ProofEvidence> proofs(more.data() + first, more[first].conditions);
-        const auto same = places.find(decision);
-        if (same == places.end()) {
-            all.insert(all.end(), proofs.begin(), proofs.end());
-        } else {
-            for (std::size_t i = 0; i < proofs.size(); ++i) {
-                bool& proven = all[same->second + i].proven;
-                proven = proven || proofs[i].proven;
-            }
-        }
-        first += proofs.size();
-    }
-    sortByLine(all);
 }
 
 std::string normalised(const std::string& path) {
@@ -443,10 +306,7 @@ void evidenceOf(const Campaign& campaign, const Source& source, std::span<const 
     for (std::size_t i = 1; i < source.files.size(); ++i) {
         SourceEvidence more;
         DescriptionEvidence(campaign, campaign.files[source.files[i]], counts, more).take();
-        joinFunctions(evidence.functions, more.functions);
-        joinLines(evidence.lines, more.lines);
-        joinBranches(evidence.branches, more.branches);
-        joinProofs(evidence.proofs, more.proofs);
+        joinEvidence(evidence, more);
     }
 }
 

@@ -15,10 +15,6 @@
 namespace veldacov::test {
 namespace {
 
-using plain::bitOf;
-using plain::differAt;
-using plain::evaluate;
-
 using Texts = std::vector<std::string>;
 
 // A CC line over the basic conditions 0 to width-1; without a frontier it has an expression.
@@ -31,35 +27,18 @@ struct CcLine {
 // The texts of the cases, then those of the pairs of each basic condition. `known`: the text of the first
 // condition of the service with each identifier.
 Texts judged(const CcLine& line, std::map<std::uint32_t, std::string>& known) {
+    const plain::Cases cases(line.width, line.caseCount, line.cases, line.frontier);
     Texts texts;
-    Texts vectors(line.caseCount, std::string(line.width, '\0'));
-    std::vector<bool> outcomes;
     for (std::uint32_t k = 0; k < line.caseCount; ++k) {
-        for (std::uint32_t j = 0; j < line.width; ++j) {
-            const std::size_t at = std::size_t{k} * line.width + j;
-            vectors[k][j] = !line.frontier           ? "FT"[bitOf(k, j)]
-                            : at < line.cases.size() ? line.cases[at]
-                                                     : '\0';
-        }
-        std::size_t start = 0;
-        std::uint32_t condition = 0;
-        outcomes.push_back(line.frontier ? k < *line.frontier : evaluate(line.cases, start, k, condition));
-        texts.emplace_back((vectors[k] + (outcomes[k] ? "=T" : "=F")).c_str()); // ends where a table does
+        texts.push_back(cases.text(k));
         known.emplace(line.id + k, texts[k]);
     }
     for (std::uint32_t j = 0; j < line.width; ++j) {
-        std::string pairs;
-        for (std::uint32_t a = 0; a < line.caseCount; ++a) {
-            for (std::uint32_t b = 0; b < line.caseCount; ++b) {
-                const bool partners = line.frontier ? outcomes[a] && differAt(vectors[a], vectors[b], j)
-                                                    : j < 32 && b != a && b == (a | 1U << j);
-                if (outcomes[a] != outcomes[b] && partners) {
-                    pairs += pairs.empty() ? "#" + std::to_string(j + 1) + " (" : ", (";
-                    pairs += known[line.id + a] + "/" + known[line.id + b] + ")";
-                }
-            }
+        std::string& pairs = texts.emplace_back();
+        for (const auto& [a, b] : cases.pairs(j)) {
+            pairs += pairs.empty() ? "#" + std::to_string(j + 1) + " (" : ", (";
+            pairs += known[line.id + a] + "/" + known[line.id + b] + ")";
         }
-        texts.push_back(pairs);
     }
     return texts;
 }
