@@ -102,8 +102,7 @@ void writeTestPages(PageFolder& folder, const PageSet& pages) {
 
 } // namespace
 
-void writePages(const Campaign& campaign, const std::string& folderName) {
-    PageFolder folder(folderName);
+void writePages(const Campaign& campaign, PageFolder& folder) {
     PageSet pages = pageSetOf(campaign);
     writeFile(folder, "style.css", pageStyle);
     writeFile(folder, "script.js", pageScript);

@@ -43,9 +43,9 @@ TEST_F(PageTextTest, ShowsWhatIsNoPlainText) {
         {"\x1b[0m\0\x7f\r"sv, "␛[0m␀␡␍"},
         {"caf\xc3\xa9 日本 😀", "café 日本 😀"},
         {"\xe9t\xc3", "�t�"},
-        {"\xc0\xbc\xe0\x80\xbc", "�����"},         // "<" in forms that are too long
-        {"\xed\xa0\x80", "���"},                   // half of a pair
-        {"\xf4\x90\x80\x80\xf5", "�����"},         // behind the last character
+        {"\xc0\xbc\xe0\x80\xbc", "�����"},                  // "<" in forms that are too long
+        {"\xed\xa0\x80", "���"},                            // half of a pair
+        {"\xf4\x90\x80\x80\xf5", "�����"},                  // behind the last character
         {"x\xe2\x80\xaey\xe2\x81\xa6", "x\\u202ey\\u2066"}, // what turns text round
         {"\xc2\x9b\xef\xbb\xbf\xe2\x80\x8b", "\\u009b\\ufeff\\u200b"},
     };
@@ -94,8 +94,19 @@ TEST(PageNamesTest, AreSafeAndStable) {
 }
 
 TEST(PageNamesTest, NeverMeet) {
-    std::vector<std::string> names = {"a/b", "a-b", "A/B", "", "", ".", "..", "/", "x", "x", std::string(300, 'y'),
-                                      std::string(300, 'y') + "z", std::string(100, 'y')};
+    std::vector<std::string> names = {"a/b",
+                                      "a-b",
+                                      "A/B",
+                                      "",
+                                      "",
+                                      ".",
+                                      "..",
+                                      "/",
+                                      "x",
+                                      "x",
+                                      std::string(300, 'y'),
+                                      std::string(300, 'y') + "z",
+                                      std::string(100, 'y')};
     // Names that are those of other pages, as far as somebody can foresee them.
     for (int turn = 0; turn < 3; ++turn) {
         for (const std::string& file : pageNames(names)) {
