@@ -57,7 +57,7 @@ std::string strangerIn(const std::string& folder) {
     std::error_code failed;
     fs::recursive_directory_iterator entry(folder, failed);
     for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
-        const std::string name = entry->path().lexically_relative(folder).string();
+        std::string name = entry->path().lexically_relative(folder).string();
         const bool isPageFolder = !names.empty() &&
                                   entry->symlink_status().type() == fs::file_type::directory &&
                                   (name == pageFolders[0] || name == pageFolders[1]);
