@@ -119,7 +119,7 @@ ROWS = [
 ]
 # The same behind "veldaview ".
 VIEW_ROWS = [
-    ("all", "", ["check", "export", "tests"]),
+    ("all", "", ["check", "export", "html", "tests"]),
     ("all", "ch", "check "),
     ("all", "check al", "check alpha.fdc "),
     ("bash", "check alpha.fdc --mark", "check alpha.fdc --markdown "),
@@ -133,6 +133,7 @@ VIEW_ROWS = [
     ("all", "tests --format=j", "tests --format=json "),
     ("all", "tests my\\ case.fdc -o no", "tests my\\ case.fdc -o notes.txt "),
     ("all", "export --root li", ["list of/", "listings/"]),
+    ("all", "html -o li", ["list of/", "listings/"]),
     ("all", "check @wo", "check @words.lst "),
 ]
 
@@ -298,7 +299,7 @@ def check(name, shell, words, keywords):
         offered = offered or [line.partition("=")[2].rstrip()]
         if offered != choice:
             fail(name, f"the keywords of {option} are not those of the program", choice, offered)
-    for command in ("check", "export", "tests"):
+    for command in ("check", "export", "html", "tests"):
         known = view_options(command)
         _, offered = shell.complete(f"veldaview {command} --", 3)
         if offered != known:

@@ -83,7 +83,7 @@ MANWIDTH=80 LC_ALL=C.UTF-8 man --warnings -l "$work/tree/share/man/man1/veldavie
 [ -s "$work/log" ] && fail "manual page of veldaview: $(cat "$work/log")"
 for command in $("$work/tree/bin/veldaview" --help | sed -n '/^Subcommands/,$s/^  \([a-z]*\) .*/\1/p'); do
     offered=$(bash -c ". '$source/completions/veldaview'; compopt() { :; }; COMP_LINE='veldaview $command --'
-        COMP_POINT=\${#COMP_LINE}; _veldaview; echo \${COMPREPLY[*]}")
+        COMP_POINT=\${#COMP_LINE}; _veldaview veldaview --; echo \${COMPREPLY[*]}")
     for option in $("$work/tree/bin/veldaview" "$command" --help | grep -oE '^  .*[-][-][a-z-]+' | grep -oE '[-][-][a-z-]+'); do
         grep -qE "^ +([-].*, )?$option\b" "$work/second_manual" || fail "manual page of veldaview: no entry for $option"
         [[ " $offered " == *" $option "* ]] || fail "completion in bash: no $option of $command"

@@ -58,6 +58,21 @@
         <translation>MCDC-Sätze von %1 Entscheidungen fehlen: eine frühere Entscheidung mit ebenso vielen Bedingungen beginnt in derselben Zeile</translation>
     </message>
     <message>
+        <source>Cannot create folder %1</source>
+        <comment>%1 is the name of a folder</comment>
+        <translation>Ordner %1 kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>%1 is no folder</source>
+        <comment>%1 is the name of a file</comment>
+        <translation>%1 ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>Folder %1 has something that is no page of an earlier run: %2</source>
+        <comment>%1 is the name of a folder, %2 of a file in it</comment>
+        <translation>Ordner %1 enthält etwas, das keine Seite eines früheren Laufs ist: %2</translation>
+    </message>
+    <message>
         <source>%1 is no value of %2, possible: %3</source>
         <comment>%1 is a word of the command line, %2 an option, %3 a list</comment>
         <translation>%1 ist kein Wert von %2, möglich: %3</translation>
@@ -80,7 +95,7 @@
     <message>
         <source>Not expected in the command line: %1</source>
         <comment>%1 are words of it</comment>
-        <translation>In der Kommandozeile nicht erwartet: %1</translation>
+        <translation>In der Befehlszeile nicht erwartet: %1</translation>
     </message>
     <message>
         <source>%1 takes one value</source>

@@ -58,6 +58,21 @@
         <translation>Les enregistrements MCDC de %1 décisions manquent&#xa0;: une décision précédente d&apos;autant de conditions commence à la même ligne</translation>
     </message>
     <message>
+        <source>Cannot create folder %1</source>
+        <comment>%1 is the name of a folder</comment>
+        <translation>Impossible de créer le dossier %1</translation>
+    </message>
+    <message>
+        <source>%1 is no folder</source>
+        <comment>%1 is the name of a file</comment>
+        <translation>%1 n&apos;est pas un dossier</translation>
+    </message>
+    <message>
+        <source>Folder %1 has something that is no page of an earlier run: %2</source>
+        <comment>%1 is the name of a folder, %2 of a file in it</comment>
+        <translation>Le dossier %1 contient autre chose que les pages d&apos;une exécution précédente&#xa0;: %2</translation>
+    </message>
+    <message>
         <source>%1 is no value of %2, possible: %3</source>
         <comment>%1 is a word of the command line, %2 an option, %3 a list</comment>
         <translation>%1 n&apos;est pas une valeur de %2, valeurs possibles&#xa0;: %3</translation>

@@ -309,7 +309,7 @@ void refuseOtherFormats(const ViewRequest& request) {
     allow(isLcov || !exports.mcdc, "--mcdc", "--format lcov");
     allow(canSplit || exports.split == 1, "--split", "--format cobertura --output FILE");
     if (request.command == ViewCommand::Html && request.output == "-") {
-        refuse(translate("View", "html writes a folder, not standard output"));
+        refuse(filled(translate("View", "%1 is no folder", "%1 is the name of a file"), {request.output}));
     }
 }
 

@@ -100,7 +100,8 @@ int runTests(const ViewRequest& request) {
 }
 
 int runHtml(const ViewRequest& request) {
-    writePages(load(request, CampaignDetail::Tests), request.output);
+    PageFolder folder(request.output); // refused before all the reading
+    writePages(load(request, CampaignDetail::Tests), folder);
     return 0;
 }
 

@@ -57,7 +57,7 @@ std::string strangerIn(const std::string& folder) {
     std::error_code failed;
     fs::recursive_directory_iterator entry(folder, failed);
     for (; !failed && entry != fs::recursive_directory_iterator(); entry.increment(failed)) {
-        const std::string name = entry->path().lexically_relative(folder).string();
+        std::string name = entry->path().lexically_relative(folder).string();
         const bool isPageFolder = !names.empty() &&
                                   entry->symlink_status().type() == fs::file_type::directory &&
                                   (name == pageFolders[0] || name == pageFolders[1]);
@@ -70,20 +70,20 @@ std::string strangerIn(const std::string& folder) {
 }
 
 // A fatal error when the place is taken by something else.
-void checkTarget(const std::string& target) {
+void checkTarget(const std::string& target, const std::string& name) {
     std::error_code failed;
     const fs::file_status status = fs::symlink_status(target, failed);
     if (status.type() == fs::file_type::not_found) {
         return;
     }
     if (status.type() != fs::file_type::directory) {
-        fatalError(filled(translate("View", "%1 is no folder", "%1 is the name of a file"), {target}));
+        fatalError(filled(translate("View", "%1 is no folder", "%1 is the name of a file"), {name}));
     }
     const std::string stranger = strangerIn(target);
     if (!stranger.empty()) {
         fatalError(filled(translate("View", "Folder %1 has something that is no page of an earlier run: %2",
                                     "%1 is the name of a folder, %2 of a file in it"),
-                          {target, stranger}));
+                          {name, stranger}));
     }
 }
 
@@ -147,8 +147,8 @@ bool replaceInSteps(const std::string& folder, const std::string& target) {
 
 } // namespace
 
-PageFolder::PageFolder(const std::string& target) : target_(placeOf(target)) {
-    checkTarget(target_);
+PageFolder::PageFolder(const std::string& target) : name_(target), target_(placeOf(target)) {
+    checkTarget(target_, name_);
     const fs::path parent = fs::path(target_).parent_path();
     removeLeftOvers(parent);
     folder_ = createBeside(parent);
@@ -187,19 +187,19 @@ OutputFile PageFolder::create(const std::string& name) {
 void PageFolder::publish() {
     list_.finish();
     const platform::EndingSignalsHeld held;
-    checkTarget(target_); // it may have changed meanwhile
+    checkTarget(target_, name_); // it may have changed meanwhile
     std::error_code failed;
     const fs::file_status before = fs::status(target_, failed);
     if (before.type() == fs::file_type::not_found) {
         if (!platform::rename(folder_, target_)) {
-            cannotCreate(target_);
+            cannotCreate(name_);
         }
         unfinished.clear();
         return;
     }
     fs::permissions(folder_, before.permissions(), failed);
     if (!platform::exchangeNames(folder_, target_) && !replaceInSteps(folder_, target_)) {
-        cannotCreate(target_);
+        cannotCreate(name_);
     }
     removeUnfinished(); // after an exchange these are the old pages
 }

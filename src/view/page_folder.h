@@ -30,6 +30,7 @@ public:
     void publish();
 
 private:
+    std::string name_; // as it was given
     std::string target_;
     std::string folder_; // the new one; empty when it is published
     platform::Descriptor lock_;

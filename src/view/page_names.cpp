@@ -38,7 +38,7 @@ char fileCharacter(char character, bool first) {
 
 std::string stemOf(std::string_view name) {
     std::string stem;
-    for (const char character : name.substr(0, longestStem)) {
+    for (const char character : name.empty() ? "/" : name.substr(0, longestStem)) {
         stem += fileCharacter(character, stem.empty());
     }
     return stem;

@@ -1,5 +1,6 @@
 #include "view/pages.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -21,18 +22,15 @@ std::string fullName(const CampaignTest& test) {
 }
 
 std::vector<std::string> testPageNames(const Campaign& campaign) {
-    std::vector<std::string> names;
-    for (const CampaignTest& test : campaign.tests) {
-        names.push_back(fullName(test));
-    }
+    std::vector<std::string> names(campaign.tests.size());
+    std::transform(campaign.tests.begin(), campaign.tests.end(), names.begin(), fullName);
     return pageNames(names);
 }
 
 std::vector<std::string> sourcePageNames(const std::vector<Source>& sources) {
-    std::vector<std::string> names;
-    for (const Source& source : sources) {
-        names.push_back(source.path);
-    }
+    std::vector<std::string> names(sources.size());
+    std::transform(sources.begin(), sources.end(), names.begin(),
+                   [](const Source& source) { return source.path; });
     return pageNames(names);
 }
 
@@ -102,8 +100,7 @@ void writeTestPages(PageFolder& folder, const PageSet& pages) {
 
 } // namespace
 
-void writePages(const Campaign& campaign, const std::string& folderName) {
-    PageFolder folder(folderName);
+void writePages(const Campaign& campaign, PageFolder& folder) {
     PageSet pages = pageSetOf(campaign);
     writeFile(folder, "style.css", pageStyle);
     writeFile(folder, "script.js", pageScript);

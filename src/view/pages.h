@@ -24,8 +24,8 @@
 
 namespace veldacov {
 
-// Writes the pages into a folder, in place of those of an earlier run. Needs a campaign with CampaignDetail::Tests.
-void writePages(const Campaign& campaign, const std::string& folder);
+// Writes the pages into a folder and publishes it. Needs a campaign with CampaignDetail::Tests.
+void writePages(const Campaign& campaign, PageFolder& folder);
 
 // What was found of the text of a source.
 enum class SourceText : std::uint8_t { Same, Changed, Missing };

@@ -74,6 +74,7 @@ void putFolders(OutputFile& out, const PageSet& pages) {
         return;
     }
     std::vector<const std::pair<const std::string, Sum>*> rows;
+    rows.reserve(folders.size());
     for (const auto& folder : folders) {
         rows.push_back(&folder);
     }
@@ -83,7 +84,7 @@ void putFolders(OutputFile& out, const PageSet& pages) {
     out.put("<h2 id=folders>Folders</h2>\n");
     putHead(out, pages, "Folders, the worst first", "Folder");
     for (const auto* row : rows) {
-        out.put("<tr><th scope=row><a href=\"#files\" data-filter=\"");
+        out.put(R"(<tr><th scope=row><a href="#files" data-filter=")");
         putHtml(out, row->first == "." ? "" : row->first);
         out.put("\">");
         putHtml(out, row->first);

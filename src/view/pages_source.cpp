@@ -122,6 +122,7 @@ private:
     void putFunctionRow(const FunctionRow& row);
     void putSourceBegin();
     void putLines();
+    void putElsewhere(ItemRange withoutLine);
     void putTextLine(std::string_view text);
     void putFunctionHeads();
     void putFunctionHead(const FunctionRow& row);
@@ -545,10 +546,14 @@ void SourcePage::putLines() {
         putTextLine(text);
     }
     veldacov::putLine(out_, "</div>");
-    const bool some = withoutLine.first != withoutLine.second || nextItem_ != items_.cend();
-    if (!some) {
-        return;
+    const bool someItems = withoutLine.first != withoutLine.second || nextItem_ != items_.cend();
+    if (someItems || nextFunction_ != functions_.cend()) {
+        putElsewhere(withoutLine);
     }
+}
+
+// What is on no line of the text, be it that there is no text.
+void SourcePage::putElsewhere(ItemRange withoutLine) {
     if (text_.isOpen()) {
         veldacov::putLine(out_, "<h2 id=elsewhere>Not on a line of this source</h2>");
     }
@@ -561,6 +566,8 @@ void SourcePage::putLines() {
         putFunctionHeads();
         putLine(line_, itemsUntil(line_), {});
     }
+    line_ = std::numeric_limits<std::uint32_t>::max();
+    putFunctionHeads();
     veldacov::putLine(out_, "</div>");
 }
 

@@ -129,6 +129,9 @@ void putFacts(OutputFile& out, const CampaignTest& test, const RankedTest& ranke
     if (test.number != -1) {
         putLine(out, "<dt>Number<dd>", static_cast<std::uint32_t>(test.number));
     }
+    if (test.serviceNumber != -1) {
+        putLine(out, "<dt>Service number<dd>", static_cast<std::uint32_t>(test.serviceNumber));
+    }
     if (test.date != nullptr) {
         out.put("<dt>Date<dd>");
         putHtml(out, nameText(test.date));
