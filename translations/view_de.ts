@@ -95,7 +95,7 @@
     <message>
         <source>Not expected in the command line: %1</source>
         <comment>%1 are words of it</comment>
-        <translation>In der Kommandozeile nicht erwartet: %1</translation>
+        <translation>In der Befehlszeile nicht erwartet: %1</translation>
     </message>
     <message>
         <source>%1 takes one value</source>

@@ -2,7 +2,7 @@
 // function was left out and --strict forbids that, 2 an option is wrong.
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -46,9 +46,9 @@ struct SwitchOption {
 };
 
 bool setMaxCases(Options& options, const std::string& value) {
-    char* end = nullptr;
-    options.input.settings.maxCases = std::strtoull(value.c_str(), &end, 10);
-    return end != value.c_str() && *end == '\0';
+    const char* end = value.data() + value.size();
+    const auto [stop, error] = std::from_chars(value.data(), end, options.input.settings.maxCases);
+    return error == std::errc{} && stop == end;
 }
 
 constexpr ValueOption valueOptions[] = {

@@ -223,16 +223,20 @@ private:
         if (instrumentation.status == badOption) {
             return {.outcome = instrumentation};
         }
-        if (instrumentation.succeeded()) {
-            warn(Message::InstrumentedDoesNotCompile, {});
-        }
         if (compilation_.settings.strict && instrumentation.status != compileAsItIs) {
             std::error_code ignored;
             std::filesystem::remove(compilation_.object,
                                     ignored); // no object of an earlier compilation stays
+            if (instrumentation.succeeded()) {
+                warn(Message::InstrumentedDoesNotCompile, {});
+            }
             return {.outcome = {.status = 1}};
         }
-        return {.outcome = compileOriginal()};
+        const Outcome outcome = compileOriginal();
+        if (instrumentation.succeeded() && outcome.succeeded()) { // else it is not the instrumenting
+            warn(Message::InstrumentedDoesNotCompile, {});
+        }
+        return {.outcome = outcome};
     }
 
     // As far as the source is instrumented. What the compiler refuses costs the function that it is in: it is left as it

@@ -32,8 +32,16 @@ constexpr int cannotRunStatus = 127; // as shells have it
 volatile std::sig_atomic_t interruptingSignal = 0;
 volatile std::sig_atomic_t timeIsUp = 0;
 
+// A signal that comes just before the call that it should end is followed by another one.
 void noteInterruption(int signal) {
     interruptingSignal = signal;
+    alarm(1);
+}
+
+void endIfInterrupted() {
+    if (interruptingSignal != 0) {
+        throw Interruption{interruptingSignal};
+    }
 }
 
 void noteTime(int /*signal*/) {
@@ -83,7 +91,6 @@ public:
     explicit Alarm(unsigned seconds) {
         timeIsUp = 0;
         if (seconds != 0) {
-            handle(SIGALRM, noteTime);
             set(seconds, 1);
         }
     }
@@ -140,6 +147,7 @@ Outcome outcomeOf(int wait) {
 } // namespace
 
 pid_t start(const Words& words, const Redirection& redirection) {
+    endIfInterrupted();
     FileActions actions;
     constexpr int create = O_WRONLY | O_CREAT | O_TRUNC;
     actions.open(STDIN_FILENO, redirection.standardInput, O_RDONLY);
@@ -171,13 +179,14 @@ Outcome waitFor(pid_t process, unsigned seconds) {
     while (waitpid(process, &wait, 0) < 0 && errno == EINTR) {
         if (interruptingSignal != 0) {
             stop(process);
-            throw Interruption{interruptingSignal};
+            endIfInterrupted();
         }
         if (timeIsUp != 0 && hasHadItsTime(process, seconds, begin)) {
             stop(process);
             return {.status = 1, .late = true};
         }
     }
+    endIfInterrupted(); // the same signal may have ended the other program
     return outcomeOf(wait);
 }
 
@@ -233,6 +242,7 @@ TemporaryDirectory::~TemporaryDirectory() {
 
 void prepareForSignals() {
     handle(SIGCHLD, SIG_DFL); // who ignores it is never told how a program ended
+    handle(SIGALRM, noteTime);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         struct sigaction before = {};
         if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {

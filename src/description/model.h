@@ -261,6 +261,7 @@ struct FileDescription {
     bool idsRepeat = false;  // items of a kind have one identifier; each hit moves the current service then
     std::array<SeenHits, itemKinds.size()> seenHits; // by kind; see there
     bool keySeenBefore = false;     // an earlier description has its key, and another checksum
+    // The next three are those of kept_hits, for the cleaned trace.
     bool placeholder = false;       // made for a traced file that nothing describes
     bool countOriented = false;     // of a placeholder: its traces carry counts
     bool otherChecksumSeen = false; // of a placeholder: its key is described with another checksum

@@ -136,6 +136,12 @@ void forEachNumberedItem(const CampaignService& service, Visit visit) {
     });
 }
 
+// Puts the numbers of the items that a test hits into `numbers`, ascending, in place of what is there.
+inline void readItems(const CampaignTest& test, std::vector<std::uint32_t>& numbers) {
+    numbers.resize(test.items.cardinality());
+    test.items.toUint32Array(numbers.data());
+}
+
 // The name of a test as outputs show it: its name, or its number when it has none; "#" for hits outside of tests.
 std::string_view shownName(const CampaignTest& test);
 

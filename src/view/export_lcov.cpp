@@ -18,6 +18,7 @@
 //   end_of_record
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -102,12 +103,13 @@ private:
     void writeFunctions();
     void writeBranches();
     void writeProofs();
+    void writeProof(const ProofEvidence& proof);
     void writeLines();
     void tellLeftOut() const;
 
-    // The places of the sources that a test hits.
-    [[nodiscard]] std::vector<std::size_t> sourcesHit(const std::vector<std::uint32_t>& numbers,
-                                                      const std::vector<std::size_t>& sourceOfFile) const;
+    [[nodiscard]] std::vector<std::size_t> sourcesWith(const std::vector<std::uint32_t>& numbers,
+                                                       const std::vector<std::size_t>& sourceOfFile) const;
+    [[nodiscard]] std::vector<std::vector<std::size_t>> sourcesOfTests() const;
     template <typename Found>
     void putSum(std::string_view found, std::string_view hit, Found count, Found countHit) {
         putLine(out_, found, static_cast<std::uint32_t>(count));
@@ -178,32 +180,32 @@ void LcovWriter::writeBranches() {
 
 // Readers know a decision by its line and its size: of several alike the first is written.
 void LcovWriter::writeProofs() {
+    const std::span<const ProofEvidence> proofs(evidence_.proofs);
     std::set<std::pair<std::uint32_t, std::uint32_t>> written;
     std::size_t found = 0;
     std::size_t hit = 0;
-    bool isFirst = true;
-    for (std::size_t i = 0; i < evidence_.proofs.size(); ++i) {
-        const ProofEvidence& proof = evidence_.proofs[i];
-        if (proof.index == 0) {
-            isFirst = written.insert({proof.line, proof.conditions}).second;
-        }
-        if (!isFirst) {
-            if (proof.index == 0) {
-                leftOut_.insert({source_, i});
-            }
+    for (std::size_t first = 0; first < proofs.size(); first += proofs[first].conditions) {
+        if (!written.insert({proofs[first].line, proofs[first].conditions}).second) {
+            leftOut_.insert({source_, first});
             continue;
         }
-        const std::string text = mapped(unquoted(proof.text), fitsLine);
-        const char proven = proof.proven ? '1' : '0';
-        for (const char sense : {'t', 'f'}) {
-            putLine(out_, "MCDC:", proof.line, ',', proof.conditions, ',', sense, ',', proven, ',',
-                    proof.index, ',', text);
+        for (const ProofEvidence& proof : proofs.subspan(first, proofs[first].conditions)) {
+            writeProof(proof);
+            found += 2;
+            hit += proof.proven ? 2 : 0;
         }
-        found += 2;
-        hit += proof.proven ? 2 : 0;
     }
     if (found != 0) {
         putSum("MCF:", "MCH:", found, hit);
+    }
+}
+
+void LcovWriter::writeProof(const ProofEvidence& proof) {
+    const std::string text = mapped(unquoted(proof.text), fitsLine);
+    const char proven = proof.proven ? '1' : '0';
+    for (const char sense : {'t', 'f'}) {
+        putLine(out_, "MCDC:", proof.line, ',', proof.conditions, ',', sense, ',', proven, ',', proof.index,
+                ',', text);
     }
 }
 
@@ -226,70 +228,70 @@ void LcovWriter::tellLeftOut() const {
     }
 }
 
-std::vector<std::size_t> LcovWriter::sourcesHit(const std::vector<std::uint32_t>& numbers,
-                                                const std::vector<std::size_t>& sourceOfFile) const {
-    std::set<std::size_t> hit;
-    std::size_t service = 0;
+// The places of the sources that items belong to, ascending. The numbers ascend, too.
+std::vector<std::size_t> LcovWriter::sourcesWith(const std::vector<std::uint32_t>& numbers,
+                                                 const std::vector<std::size_t>& sourceOfFile) const {
+    std::set<std::size_t> sources;
     const auto& services = campaign_.services;
-    for (std::size_t i = 0; i < numbers.size();) {
-        const auto behind = std::upper_bound(
-            services.begin() + static_cast<std::ptrdiff_t>(service), services.end(), numbers[i],
-            [](std::uint32_t wanted, const CampaignService& next) { return wanted < next.firstItem; });
-        service = static_cast<std::size_t>(behind - services.begin()) - 1;
-        hit.insert(sourceOfFile[services[service].file]);
-        const std::uint32_t end = itemNumbers(services[service]).end;
-        while (i < numbers.size() && numbers[i] < end) {
-            ++i;
-        }
+    auto service = services.begin();
+    for (auto number = numbers.begin(); number != numbers.end();) {
+        service = std::prev(std::upper_bound(
+            service, services.end(), *number,
+            [](std::uint32_t wanted, const CampaignService& next) { return wanted < next.firstItem; }));
+        sources.insert(sourceOfFile[service->file]);
+        number = std::lower_bound(number, numbers.end(), itemNumbers(*service).end);
     }
-    return {hit.begin(), hit.end()};
+    return {sources.begin(), sources.end()};
 }
 
-// A test has records of the sources that it hits. The first has those that no test hits, too: they count as much.
-void LcovWriter::writePerTest() {
-    std::vector<std::string_view> given;
-    for (const CampaignTest& test : campaign_.tests) {
-        given.push_back(shownName(test));
-    }
-    const std::vector<std::string> names = mappedNames(given, fitsTest);
+// The sources that each test has records of: those that it hits. The first has those that no test hits, too: they count as
+// much.
+std::vector<std::vector<std::size_t>> LcovWriter::sourcesOfTests() const {
     std::vector<std::size_t> sourceOfFile(campaign_.files.size());
     for (std::size_t source = 0; source < sources_.size(); ++source) {
         for (const std::uint32_t file : sources_[source].files) {
             sourceOfFile[file] = source;
         }
     }
-    std::vector<bool> wanted(sources_.size(), true); // not hit by any test
-    std::vector<std::vector<std::size_t>> hit;
-    std::vector<std::uint32_t> numbers;
-    const auto takeNumbers = [&](const CampaignTest& test) {
-        numbers.resize(test.items.cardinality());
-        test.items.toUint32Array(numbers.data());
-    };
+    std::vector<bool> isHit(sources_.size());
+    std::vector<std::vector<std::size_t>> ofTests;
+    std::vector<std::uint32_t> items;
     for (const CampaignTest& test : campaign_.tests) {
-        takeNumbers(test);
-        hit.push_back(sourcesHit(numbers, sourceOfFile));
-        for (const std::size_t source : hit.back()) {
-            wanted[source] = false;
+        readItems(test, items);
+        ofTests.push_back(sourcesWith(items, sourceOfFile));
+        for (const std::size_t source : ofTests.back()) {
+            isHit[source] = true;
         }
     }
     for (std::size_t source = 0; source < sources_.size(); ++source) {
-        if (wanted[source]) {
-            hit.front().push_back(source);
+        if (!isHit[source]) {
+            ofTests.front().push_back(source);
         }
     }
-    std::vector<std::uint32_t> counts(campaign_.itemCount);
+    return ofTests;
+}
+
+void LcovWriter::writePerTest() {
+    std::vector<std::string_view> given;
+    for (const CampaignTest& test : campaign_.tests) {
+        given.push_back(shownName(test));
+    }
+    const std::vector<std::string> names = mappedNames(given, fitsTest);
+    const std::vector<std::vector<std::size_t>> sources = sourcesOfTests();
+    std::vector<std::uint32_t> counts(campaign_.itemCount); // of one test
+    std::vector<std::uint32_t> items;
     Progress progress(progressText(), campaign_.tests.size());
     for (std::size_t test = 0; test < campaign_.tests.size(); ++test) {
-        takeNumbers(campaign_.tests[test]);
+        readItems(campaign_.tests[test], items);
         const std::vector<std::uint32_t>& testCounts = campaign_.tests[test].counts;
-        for (std::size_t i = 0; i < numbers.size(); ++i) {
-            counts[numbers[i]] = testCounts.empty() ? 1 : testCounts[i];
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            counts[items[i]] = testCounts.empty() ? 1 : testCounts[i];
         }
-        for (const std::size_t source : hit[test]) {
+        for (const std::size_t source : sources[test]) {
             writeRecord(names[test], source, counts);
         }
-        for (const std::uint32_t number : numbers) {
-            counts[number] = 0;
+        for (const std::uint32_t item : items) {
+            counts[item] = 0;
         }
         progress.step();
     }

@@ -14,11 +14,10 @@ namespace {
 
 using Numbers = std::vector<std::uint32_t>;
 
-// Calls visit(number) for each item of a test. `scratch` spares the memory of each call.
+// Calls visit(number) for each item of a test. `scratch` spares the memory of each call, and holds them in the end.
 template <typename Visit>
 void forEachNumber(const CampaignTest& test, Numbers& scratch, Visit visit) {
-    scratch.resize(test.items.cardinality());
-    test.items.toUint32Array(scratch.data());
+    readItems(test, scratch);
     std::for_each(scratch.begin(), scratch.end(), visit);
 }
 
@@ -161,7 +160,7 @@ void rankByGain(const Campaign& campaign, std::vector<RankedTest>& ranking) {
             continue;
         }
         if (best.gain > 0) {
-            forEachNumber(campaign.tests[best.test], scratch, [](std::uint32_t) {});
+            readItems(campaign.tests[best.test], scratch);
             running.take(scratch);
         }
         ranking.push_back({best.test,

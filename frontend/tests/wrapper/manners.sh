@@ -18,6 +18,7 @@ echo "$*" >>"$STAND_IN_LOG"
 while [ $# -gt 0 ]; do
     case $1 in
     --source) source=$2 ;; --text) text=$2 ;; --output) output=$2 ;; --description) description=$2 ;;
+    --leave) left=$2 ;;
     esac
     shift
 done
@@ -26,9 +27,13 @@ case ${STAND_IN:-$source} in
 *slow*) while :; do :; done ;;
 *left*) exit 3 ;;
 *refused*) exit 4 ;;
+*option*) exit 2 ;;
 esac
 cp "$text" "$output"
-case $source in *broken*) echo 'this is no C' >>"$output" ;; esac
+case $source in
+*broken*) echo 'this is no C' >>"$output" ;;
+*mended*) [ "${left-}" = mended.y:70 ] || printf '# 70 "mended.y"\nthis is no C\n' >>"$output" ;;
+esac
 printf '%s\n' 'VE 3.0e A' "FC \"$source\" \"./\"" 'FD 0' 'TC PR' "# $(grep -v '^#' "$text" | cksum)" 'DC 1' >"$description"
 EOS
 chmod +x "$work/lib/veldacc/veldacc-instrument"
@@ -50,7 +55,7 @@ expect() { # STATUS SAID FILES COMMAND...
     fi
     find . -type f ! -name '*.c' ! -name CMakeCache.txt -delete
 }
-for name in good crash slow left refused broken; do
+for name in good crash slow left refused broken mended option; do
     echo 'int main(void) { return 0; }' >$name.c
 done
 
@@ -60,6 +65,9 @@ expect 0 "${said}WARNING: crash.c: the instrumenter failed (status 139); it is n
 expect 0 "${said}WARNING: slow.c: * 1 seconds; it is not instrumented" slow.o veldacc --time-limit 1 gcc -c slow.c
 expect 0 '' left.o veldacc gcc -c left.c
 expect 0 "${said}WARNING: broken.c: * does not compile; it is not instrumented" broken.o veldacc gcc -c broken.c
+# What the compiler refuses is left as it is in another attempt.
+expect 0 '' 'mended.fdc mended.o' veldacc gcc -c mended.c
+expect 2 '' '' veldacc gcc -c option.c
 expect 1 "${said}ERROR: crash.c: *" '' veldacc --strict gcc -c crash.c
 expect 1 "${said}ERROR: slow.c: *" '' veldacc --strict --time-limit=1 gcc -c slow.c
 expect 0 '' left.o veldacc --strict gcc -c left.c
@@ -113,6 +121,9 @@ expect 0 '' 'all/same-2.fdc all/same.fdc' bash -c 'for i in $(seq 12); do all -D
 
 # Ended by a signal: as the compiler would be, and nothing stays.
 expect 143 '*' '' bash -c 'veldacc gcc -c slow.c & sleep 0.7; kill $!; wait $!'
+# Also by one that comes while no step is waited for.
+printf '#!/bin/sh\nkill $PPID\nexec gcc "$@"\n' >"$work/bin/deadly-gcc" && chmod +x "$work/bin/deadly-gcc"
+expect 143 '*' '' veldacc deadly-gcc -c good.c
 
 # A compiler for another machine builds its own run-time library, once.
 cross=arm-linux-gnueabihf-gcc

@@ -23,8 +23,8 @@ int main(void)
 
 /* expected
 only: gcc
-warns: left.c:5: function 'outer' is left as it is: 
-warns: left.c:11: function 'jump' is left as it is: asm goto
+warns: left.c:5: function outer is left as it is: 
+warns: left.c:11: function jump is left as it is: asm goto
 1 PR proc "main" 18 19
 1 BL simple "main" BODY 19 22
 1 AP "main" "printf" 20 20
