@@ -8,7 +8,8 @@ BUILD is a build directory with the program; it serves as build/release of a fre
 line "$ ..." is a command, lines "> ..." behind it continue it, and the lines up to the next command are what it prints, on
 standard output and standard error. "..." alone stands for any number of lines. All commands of all pages run in one plain
 shell. Dates of the present moment compare equal with any date. A page cleans up behind itself: the next one finds the
-same directory, variables and files (only NORVIKDIR and PATH, which the README sets, stay for all others).
+same directory, variables and files (only NORVIKDIR and PATH, which the README sets, stay for all others). Pages with
+commands of the front end are left out where BUILD is without it.
 
 --refresh writes what the commands printed into the pages, where they show all of it: review before you keep it.
 """
@@ -110,7 +111,8 @@ def refresh(steps):
 def main():
     others = sorted(str(page.relative_to(ROOT)) for page in (ROOT / "docs").rglob("*.md"))
     pages = [steps_of(page) for page in FIRST + [page for page in others if page not in FIRST]]
-    pages = [steps for steps in pages if steps]
+    front_end = Path(sys.argv[1], "veldacc").exists()
+    pages = [steps for steps in pages if steps and (front_end or not any("veldacc " in step.command for step in steps))]
     states = [Step(steps[0].page, steps[-1].line, STATE) for steps in pages[:1] + pages]
     start = time.time()
     run(states[:1] + [step for steps, state in zip(pages, states[1:]) for step in steps + [state]], Path(sys.argv[1]).resolve())
