@@ -86,6 +86,7 @@ std::string pathHitText(HitTarget& target, ItemRef first, std::uint32_t counter,
         return "velda_counters[" + std::to_string(counter) + "u+" + path + "]++";
     }
     std::vector<std::uint32_t> items;
+    items.reserve(caseOfPath.size());
     for (const std::uint32_t place : caseOfPath) {
         items.push_back((first.id + place) * 4 + static_cast<std::uint32_t>(HitKind::Condition));
     }

@@ -19,7 +19,7 @@ namespace {
 
 using namespace veldacc;
 
-enum ExitStatus { done = 0, badCall = 2, compileOriginal = 3, leftOut = 4 };
+enum ExitStatus { Done = 0, BadCall = 2, CompileOriginal = 3, LeftOut = 4 };
 
 struct Options {
     SourceInput input;
@@ -32,8 +32,8 @@ struct Options {
 };
 
 struct Ending {
-    ExitStatus status = compileOriginal;
-    std::vector<Notice> notices = {};
+    ExitStatus status = CompileOriginal;
+    std::vector<Notice> notices;
 };
 
 struct ValueOption {
@@ -163,7 +163,7 @@ bool writeFile(const std::string& name, const std::string& text) {
 Ending runSteps(Options& options) {
     const std::optional<std::string> text = readFile(options.textFile);
     if (!text) {
-        return {compileOriginal, {{NoticeKind::CannotRead, {options.textFile}}}};
+        return {CompileOriginal, {{NoticeKind::CannotRead, {options.textFile}}}};
     }
     options.input.text = *text;
     if (!options.mapFile.empty()) {
@@ -171,22 +171,22 @@ Ending runSteps(Options& options) {
     }
     const std::optional<InstrumentedSource> result = instrument(options.input);
     if (!result) {
-        return {options.strict ? leftOut : compileOriginal,
+        return {options.strict ? LeftOut : CompileOriginal,
                 {{NoticeKind::NotUnderstood, {options.input.sourceName}}}};
     }
-    Ending ending{done, result->left};
+    Ending ending{Done, result->left};
     ending.notices.insert(ending.notices.end(), result->remarks.begin(), result->remarks.end());
     if (options.verbose && !result->usedMap) {
         ending.notices.push_back({NoticeKind::MacrosNotMapped, {options.input.sourceName}});
     }
     if (options.strict && !result->left.empty()) {
-        ending.status = leftOut;
+        ending.status = LeftOut;
     } else if (result->description.empty()) {
-        ending.status = compileOriginal;
+        ending.status = CompileOriginal;
     } else if (!writeFile(options.outputFile, result->text)) {
-        return {compileOriginal, {{NoticeKind::CannotWrite, {options.outputFile}}}};
+        return {CompileOriginal, {{NoticeKind::CannotWrite, {options.outputFile}}}};
     } else if (!writeFile(options.descriptionFile, result->description)) {
-        return {compileOriginal, {{NoticeKind::CannotWrite, {options.descriptionFile}}}};
+        return {CompileOriginal, {{NoticeKind::CannotWrite, {options.descriptionFile}}}};
     }
     return ending;
 }
@@ -197,7 +197,7 @@ int main(int argc, char** argv) {
     Options options;
     if (const std::optional<Notice> fault = readOptions({argv + 1, argv + argc}, options)) {
         sayNotices({*fault}, false, argv[0]);
-        return badCall;
+        return BadCall;
     }
     // Deeply nested sources need a deep stack, in Clang as here.
     constexpr unsigned stackSize = 1U << 30U;

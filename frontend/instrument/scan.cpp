@@ -78,7 +78,9 @@ struct Scanner {
     const Unit& unit;
     FunctionScan result;
 
-    std::uint32_t tokenAt(clang::SourceLocation location) const { return findToken(unit, location); }
+    [[nodiscard]] std::uint32_t tokenAt(clang::SourceLocation location) const {
+        return findToken(unit, location);
+    }
 
     void addLoop(const clang::Stmt* statement) {
         result.loops.push_back({statement, {firstToken(unit, statement), lastToken(unit, statement)}});
