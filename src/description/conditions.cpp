@@ -281,8 +281,7 @@ std::string_view outcomeText(const Service& service, const ConditionEntry& condi
     if (condition.kind != ConditionKind::Outcome) {
         return "";
     }
-    const bool isLast = &condition == &service.conditions.back();
-    return !isLast && (&condition)[1].text == condition.text ? "True" : "False";
+    return isTrueOutcome(service, condition) ? "True" : "False";
 }
 
 void pairsText(const Service& service, const Composition& composition, std::size_t place,

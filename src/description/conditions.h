@@ -34,8 +34,7 @@ std::uint64_t conditionWord(std::uint32_t condition, std::uint64_t firstCase);
 
 // The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
 std::string conditionText(const Service& service, std::uint32_t place);
-// "True" for the first outcome of a two-outcome condition (the next entry shares its text object), "False"
-// for the second, empty for other conditions.
+// "True" for the first outcome of a two-outcome condition, "False" for the second, empty for other conditions.
 std::string_view outcomeText(const Service& service, const ConditionEntry& condition);
 // Hands the text of a modified condition's pairs, "#<n> (case/case), (case/case)", to `put`, a pair at a time;
 // nothing when it has no pair. `place` is that of the modified condition in its composition.

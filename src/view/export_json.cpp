@@ -183,7 +183,7 @@ void CampaignJson::putService(const CampaignService& service, std::uint16_t type
 
 bool isSecondOutcome(const Service& service, std::uint32_t place) {
     const ConditionEntry& condition = service.conditions[place];
-    return condition.kind == ConditionKind::Outcome && outcomeText(service, condition) == "False";
+    return condition.kind == ConditionKind::Outcome && !isTrueOutcome(service, condition);
 }
 
 void CampaignJson::putConditions(const CampaignService& service) {
