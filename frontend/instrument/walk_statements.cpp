@@ -26,6 +26,11 @@ std::uint32_t behindLocalLabels(const Unit& unit, std::uint32_t brace) {
     return token;
 }
 
+// How many items a section has for conditions and their compositions.
+std::size_t conditionItems(const Section& section) {
+    return section.formulas[static_cast<std::size_t>(HitKind::Condition)].size();
+}
+
 bool isIf(const clang::Stmt* s) {
     return llvm::isa_and_nonnull<clang::IfStmt>(s);
 }
@@ -506,14 +511,14 @@ void FunctionWalk::returnStatement(const clang::ReturnStmt* s) {
         return;
     }
     const std::array item = {addProcedureItem(service, "return", linesOf(s))};
-    const std::size_t itemsBefore = target.section.formulas[3].size();
+    const std::size_t itemsBefore = conditionItems(target.section);
     // Set first, so that they stand outside of what is put around the value.
     const std::size_t around = surround(edits, first(s), last(s), {}, {});
     const std::size_t aroundValue =
         value == nullptr ? around : surround(edits, first(value), tokenAt(value->getEndLoc(), value), {}, {});
     fullExpression(value);
     const bool ordered = target.counters.way == Counting::Ordered;
-    const bool decides = target.section.formulas[3].size() != itemsBefore;
+    const bool decides = conditionItems(target.section) != itemsBefore;
     const bool valueFirst = value != nullptr && (mayLeave(value) || (ordered && decides));
     const std::string hits = leaveAllLoops() + asStatement(reach(item));
     here.reset();
