@@ -190,11 +190,13 @@ TEST_F(EvidenceTest, CasesOfOddCompositions) {
     const auto expect = [](const std::string& text, const std::string& piece) {
         EXPECT_NE(text.find(piece), std::string::npos) << piece << "\n" << text;
     };
-    const std::string repeated = told(decisionOf(3, "8 OO..."));
-    expect(repeated,
-           "<code>c</code> false while <code>c</code> is false and <code>c</code> is false (case 1). "
-           "Case 2 is hit.");
+    // Of many cases those that words speak of are shown.
+    const std::string repeated = told(decisionOf(8, "256 OOOOOOO........"));
+    expect(repeated, " while <code>c</code> is false");
+    expect(repeated, "is false (case 1). Case 2 is hit.");
     expect(repeated, "\"pairs\":[[0,1]],\"missing\":[0]");
+    expect(repeated, "0<td>F<td>F<td>F<td>F<td>F<td>F<td>F<td>F<td>F\n1<td>T<td>F");
+    expect(repeated, "\n128<td>F<td>F<td>F<td>F<td>F<td>F<td>F<td>T<td>T\n");
     const std::string early = told(decisionOf(40, "2 T" + std::string(39, 'X') + "F 1"));
     expect(early, "<code>c</code> true (case 1). Case 2 is hit.");
     expect(early, "\"values\":\"F\",\"outcome\":false");
