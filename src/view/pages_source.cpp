@@ -7,17 +7,16 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <set>
 #include <string>
 #include <utility>
 
 #include "description/conditions.h"
 #include "support/files.h"
-#include "support/machine.h"
 #include "view/decision_words.h"
 #include "view/html_text.h"
 #include "view/page_parts.h"
 #include "view/pages.h"
+#include "view/source_items.h"
 
 namespace veldacov {
 
@@ -34,25 +33,6 @@ constexpr std::size_t mostOpenFunctions = 20;
 // So many things that are not hit are named beside a line.
 constexpr std::size_t mostNamed = 3;
 
-// Something that is shown below a line. type::modifiedConditions: a decision, by its place in the compositions.
-struct LineItem {
-    std::uint32_t line = 0;
-    std::uint32_t service = 0; // place in the campaign
-    std::uint32_t place = 0;   // in the list of its kind
-    std::uint16_t coverageType = 0;
-    // What is to do: 0, or 1 for an item that is not hit; of a decision the conditions that are not proven.
-    std::uint16_t open = 0;
-};
-using LineItems = std::vector<LineItem>;
-using ItemRange = std::pair<LineItems::const_iterator, LineItems::const_iterator>;
-
-// Which tests hit an item.
-struct TestsOfItem {
-    static constexpr std::size_t mostNamed = 3;
-    std::uint32_t count = 0;
-    std::array<std::uint32_t, mostNamed> first{};
-};
-
 enum class Mark : std::uint8_t { None, Hit, Partly, NotHit };
 struct MarkText {
     std::string_view style; // the class of the line
@@ -66,31 +46,15 @@ constexpr const MarkText& textOf(Mark mark) {
     return markTexts[static_cast<std::size_t>(mark)];
 }
 
-struct FunctionRow {
-    std::uint32_t service = 0; // place in the campaign
-    std::string anchor;
-    std::uint32_t line = 0;
-    ViewRate rate;
-    std::uint32_t open = 0;
-    std::uint32_t firstOpenLine = std::numeric_limits<std::uint32_t>::max();
-};
-
-// Cases of decisions apart: that all of them are hit is nothing that most ask for, and there may be thousands.
-constexpr std::uint16_t withoutCases(std::uint16_t types) {
-    return static_cast<std::uint16_t>(types & ~type::compoundConditions);
-}
-
 class SourcePage {
 public:
     SourcePage(OutputFile& out, PageSet& pages, std::uint32_t source)
-        : out_(out), pages_(pages), campaign_(pages.campaign), place_(source),
-          source_(pages.sources[source]) {}
+        : out_(out), pages_(pages), campaign_(pages.campaign), place_(source), source_(pages.sources[source]),
+          items_(campaign_, source_) {}
 
     void write() {
-        collect();
-        gatherTests();
         evidenceOf(campaign_, source_, campaign_.counts, evidence_);
-        findFunctions();
+        noteOpenFunctions();
         openText();
         beginPage(out_, PagePlace::Below, source_.path);
         putHead();
@@ -101,18 +65,9 @@ public:
     }
 
 private:
-    // What the page is made of.
-    void collect();
-    void collectService(std::uint32_t service, std::uint16_t types);
-    void collectConditions(std::uint32_t service, std::uint16_t types);
-    void gatherTests();
-    void findFunctions();
-    void addFunction(std::uint32_t service, std::uint16_t types);
     void noteOpenFunctions();
     void openText();
-    std::string anchorOf(std::string_view name);
 
-    // The page.
     void putHead();
     void putRates();
     void putTextNote();
@@ -134,19 +89,10 @@ private:
     void putItems(ItemRange items);
     void putItemRow(const LineItem& item);
     void putItemName(const LineItem& item);
-    void putMissing(const LineItem& item);
     void putDecision(const LineItem& item, std::uint32_t ofLine);
     void putTests(const LineItem& item, std::uint32_t number);
 
-    [[nodiscard]] const Service& serviceOf(const LineItem& item) const {
-        return *campaign_.services[item.service].service;
-    }
-    [[nodiscard]] std::uint32_t numberOf(const LineItem& item) const;
     [[nodiscard]] Mark markOf(ItemRange items, bool hasEvidence) const;
-    [[nodiscard]] std::uint16_t openOf(const LineItem& item) const;
-    // Which of the descriptions of the source has a service.
-    [[nodiscard]] std::size_t descriptionOf(std::uint32_t service) const;
-    [[nodiscard]] const TestsOfItem& testsOf(const LineItem& item, std::uint32_t number) const;
     ItemRange itemsUntil(std::uint32_t line);
 
     OutputFile& out_;
@@ -154,11 +100,8 @@ private:
     const Campaign& campaign_;
     std::uint32_t place_;
     const Source& source_;
-    LineItems items_;
-    std::vector<std::vector<TestsOfItem>> tests_; // by description of the source, and number in it
+    SourceItems items_;
     SourceEvidence evidence_;
-    std::vector<FunctionRow> functions_; // by line
-    std::set<std::string, std::less<>> anchors_;
     InputFile text_;
     // How far the lines are written.
     LineItems::const_iterator nextItem_;
@@ -168,173 +111,10 @@ private:
     std::uint32_t linesInPiece_ = 0;
 };
 
-// ---------------------------------------------------------------------------------------------------------------------
-// What the page is made of
-
-void SourcePage::collect() {
-    for (const std::uint32_t file : source_.files) {
-        const CampaignFile& described = campaign_.files[file];
-        for (std::uint32_t i = 0; i < described.serviceCount; ++i) {
-            collectService(described.firstService + i, described.description->coverageTypes);
-        }
-    }
-    for (LineItem& item : items_) {
-        item.open = openOf(item);
-    }
-    std::stable_sort(items_.begin(), items_.end(),
-                     [](const LineItem& left, const LineItem& right) { return left.line < right.line; });
-}
-
-void SourcePage::collectService(std::uint32_t service, std::uint16_t types) {
-    const Service& items = *campaign_.services[service].service;
-    const auto add = [&](const CoverageItem& item, std::uint32_t place, std::uint16_t coverageType) {
-        if ((types & coverageType) != 0) {
-            items_.push_back({item.startLine, service, place, coverageType});
-        }
-    };
-    const auto addAll = [&](const auto& list, auto typeOf) {
-        for (std::uint32_t place = 0; place < list.size(); ++place) {
-            add(list[place], place, typeOf(list[place]));
-        }
-    };
-    if (items.entry) {
-        add(*items.entry, 0, type::procedures);
-    }
-    addAll(items.exits, [](const ExitEntry&) { return type::exits; });
-    addAll(items.blocks, [](const BlockEntry& block) { return typeOfBlock(block.kind); });
-    addAll(items.calls, [](const CallEntry&) { return type::calls; });
-    collectConditions(service, types);
-}
-
-void SourcePage::collectConditions(std::uint32_t service, std::uint16_t types) {
-    const Service& items = *campaign_.services[service].service;
-    if ((types & type::basicConditions) != 0) {
-        for (std::uint32_t place = 0; place < items.conditions.size(); ++place) {
-            if (items.conditions[place].kind != ConditionKind::Case) {
-                items_.push_back({items.conditions[place].startLine, service, place, type::basicConditions});
-            }
-        }
-    }
-    if ((types & type::modifiedConditions) != 0) {
-        for (std::uint32_t place = 0; place < items.compositions.size(); ++place) {
-            const CoverageItem& firstCase = items.conditions[items.compositions[place].firstCase];
-            items_.push_back({firstCase.startLine, service, place, type::modifiedConditions});
-        }
-    }
-}
-
-// Looks at what tests hit between two numbers, which is all there is of a description.
-void SourcePage::gatherTests() {
-    for (const std::uint32_t file : source_.files) {
-        const CampaignFile& described = campaign_.files[file];
-        const CampaignService& last = campaign_.services[described.firstService + described.serviceCount - 1];
-        const std::uint32_t first = campaign_.services[described.firstService].firstItem;
-        const std::uint32_t end = itemNumbers(last).end;
-        std::vector<TestsOfItem>& tests = tests_.emplace_back(end - first);
-        for (std::uint32_t test = 0; test < campaign_.tests.size(); ++test) {
-            auto item = campaign_.tests[test].items.begin();
-            const auto behind = campaign_.tests[test].items.end();
-            item.equalorlarger(first);
-            for (; item != behind && *item < end; ++item) {
-                TestsOfItem& hit = tests[*item - first];
-                if (hit.count < TestsOfItem::mostNamed) {
-                    hit.first[hit.count] = test;
-                }
-                ++hit.count;
-            }
-        }
-    }
-}
-
-std::size_t SourcePage::descriptionOf(std::uint32_t service) const {
-    const auto found =
-        std::find(source_.files.begin(), source_.files.end(), campaign_.services[service].file);
-    return static_cast<std::size_t>(found - source_.files.begin());
-}
-
-const TestsOfItem& SourcePage::testsOf(const LineItem& item, std::uint32_t number) const {
-    const CampaignFile& file = campaign_.files[campaign_.services[item.service].file];
-    return tests_[descriptionOf(item.service)][number - campaign_.services[file.firstService].firstItem];
-}
-
-std::uint16_t SourcePage::openOf(const LineItem& item) const {
-    if (item.coverageType != type::modifiedConditions) {
-        return campaign_.counts[numberOf(item)] == 0 ? 1 : 0;
-    }
-    const auto& conditions = serviceOf(item).compositions[item.place].modifiedConditions;
-    return static_cast<std::uint16_t>(
-        std::count_if(conditions.begin(), conditions.end(), [&](const ModifiedCondition& modified) {
-            return !isProven(campaign_.services[item.service], modified, campaign_.counts);
-        }));
-}
-
-std::uint32_t SourcePage::numberOf(const LineItem& item) const {
-    const ItemNumbers numbers = itemNumbers(campaign_.services[item.service]);
-    switch (item.coverageType) {
-    case type::procedures: return numbers.entry;
-    case type::exits: return numbers.exits + item.place;
-    case type::calls: return numbers.calls + item.place;
-    case type::basicConditions: return numbers.conditions + item.place;
-    case type::modifiedConditions:
-        return numbers.conditions + serviceOf(item).compositions[item.place].firstCase;
-    default: return numbers.blocks + item.place;
-    }
-}
-
-// "f-" and the name, where it is one of C; others have numbers.
-std::string SourcePage::anchorOf(std::string_view name) {
-    const auto isWordCharacter = [](char character) {
-        return (upperCase(character) >= 'A' && upperCase(character) <= 'Z') || character == '_' ||
-               decimalDigit(character) >= 0;
-    };
-    std::string anchor = "f-" + std::string(name);
-    if (name.empty() || name.size() > 100 || !std::all_of(name.begin(), name.end(), isWordCharacter) ||
-        !anchors_.insert(anchor).second) {
-        anchor = "f." + std::to_string(functions_.size());
-    }
-    return anchor;
-}
-
-void SourcePage::findFunctions() {
-    std::vector<std::size_t> firstRows; // by description
-    for (const std::uint32_t file : source_.files) {
-        const CampaignFile& described = campaign_.files[file];
-        const std::uint16_t types = withoutCases(described.description->coverageTypes);
-        firstRows.push_back(functions_.size());
-        for (std::uint32_t i = 0; i < described.serviceCount; ++i) {
-            addFunction(described.firstService + i, types);
-        }
-    }
-    for (const LineItem& item : items_) {
-        if (item.open == 0 || item.line == 0) {
-            continue;
-        }
-        const std::size_t description = descriptionOf(item.service);
-        const std::uint32_t firstService = campaign_.files[source_.files[description]].firstService;
-        FunctionRow& row = functions_[firstRows[description] + item.service - firstService];
-        row.firstOpenLine = std::min(row.firstOpenLine, item.line);
-    }
-    noteOpenFunctions();
-    std::stable_sort(
-        functions_.begin(), functions_.end(),
-        [](const FunctionRow& left, const FunctionRow& right) { return left.line < right.line; });
-}
-
-void SourcePage::addFunction(std::uint32_t service, std::uint16_t types) {
-    const Service& items = *campaign_.services[service].service;
-    FunctionRow row;
-    row.service = service;
-    row.anchor = anchorOf(nameText(items.name));
-    row.line = items.entry ? items.entry->startLine : items.firstLine;
-    row.rate = sumOfRates(items.counts, items.globalCovered, types);
-    row.open = row.rate.total - row.rate.hits;
-    functions_.push_back(std::move(row));
-}
-
 // Keeps the functions of the index: such as run and have most to do.
 void SourcePage::noteOpenFunctions() {
     std::vector<OpenFunction>& open = pages_.openFunctions;
-    for (const FunctionRow& row : functions_) {
+    for (const FunctionRow& row : items_.functions()) {
         if (row.open != 0 && row.rate.hits != 0) {
             open.push_back({place_, row.anchor, campaign_.services[row.service].service, row.rate, row.open});
         }
@@ -377,7 +157,7 @@ Mark SourcePage::markOf(ItemRange items, bool hasEvidence) const {
     for (auto item = items.first; item != items.second; ++item) {
         someHit = someHit || (item->open == 0 && item->coverageType != type::modifiedConditions);
         someOpen = someOpen || item->open != 0;
-        entered = entered || (!hasEvidence && isEntered(serviceOf(*item)));
+        entered = entered || (!hasEvidence && isEntered(items_.serviceOf(*item)));
     }
     if (!someOpen) {
         return hasEvidence ? Mark::Hit : Mark::None;
@@ -440,7 +220,7 @@ void SourcePage::putFunctions() {
                                     Column{"First open line", ColumnKind::Number}};
     beginTable(out_, "Functions of this source, most to do first", TableUse::SortedAndFiltered, columns);
     std::vector<const FunctionRow*> rows;
-    for (const FunctionRow& row : functions_) {
+    for (const FunctionRow& row : items_.functions()) {
         rows.push_back(&row);
     }
     std::stable_sort(rows.begin(), rows.end(), [](const FunctionRow* left, const FunctionRow* right) {
@@ -456,9 +236,10 @@ void SourcePage::putFunctions() {
 void SourcePage::putToDo() {
     std::vector<ItemRange> lines;
     auto evidence = evidence_.lines.cbegin();
-    for (auto first = items_.cbegin(); first != items_.cend();) {
-        const auto last = std::find_if(
-            first, items_.cend(), [line = first->line](const LineItem& item) { return item.line != line; });
+    for (auto first = items_.byLine().cbegin(); first != items_.byLine().cend();) {
+        const auto last =
+            std::find_if(first, items_.byLine().cend(),
+                         [line = first->line](const LineItem& item) { return item.line != line; });
         evidence = std::find_if(evidence, evidence_.lines.cend(),
                                 [&](const LineEvidence& line) { return line.line >= first->line; });
         const bool hasEvidence = evidence != evidence_.lines.cend() && evidence->line == first->line;
@@ -476,7 +257,7 @@ void SourcePage::putToDo() {
     for (std::size_t place = 0; place < std::min(lines.size(), mostToDo); ++place) {
         const LineItem& first = *lines[place].first;
         veldacov::putLine(out_, "<li><a href=\"#L", first.line, "\">Line ", first.line, "</a> in ");
-        putHtml(out_, nameText(serviceOf(first).name));
+        putHtml(out_, nameText(items_.serviceOf(first).name));
         out_.put(", ");
         putNames(lines[place]);
         out_.put('\n');
@@ -527,7 +308,8 @@ void SourcePage::putLegend() {
 // The items up to a line that have not been written.
 ItemRange SourcePage::itemsUntil(std::uint32_t line) {
     const auto first = nextItem_;
-    nextItem_ = std::find_if(first, items_.cend(), [&](const LineItem& item) { return item.line > line; });
+    nextItem_ =
+        std::find_if(first, items_.byLine().cend(), [&](const LineItem& item) { return item.line > line; });
     return {first, nextItem_};
 }
 
@@ -538,9 +320,9 @@ void SourcePage::putSourceBegin() {
 }
 
 void SourcePage::putLines() {
-    nextItem_ = items_.cbegin();
+    nextItem_ = items_.byLine().cbegin();
     nextEvidence_ = evidence_.lines.cbegin();
-    nextFunction_ = functions_.cbegin();
+    nextFunction_ = items_.functions().cbegin();
     veldacov::putLine(out_, "<h2 id=lines>Source</h2>");
     putLegend();
     putSourceBegin();
@@ -550,8 +332,8 @@ void SourcePage::putLines() {
         putTextLine(text);
     }
     veldacov::putLine(out_, "</div>");
-    const bool someItems = withoutLine.first != withoutLine.second || nextItem_ != items_.cend();
-    if (someItems || nextFunction_ != functions_.cend()) {
+    const bool someItems = withoutLine.first != withoutLine.second || nextItem_ != items_.byLine().cend();
+    if (someItems || nextFunction_ != items_.functions().cend()) {
         putElsewhere(withoutLine);
     }
 }
@@ -565,7 +347,7 @@ void SourcePage::putElsewhere(ItemRange withoutLine) {
     if (withoutLine.first != withoutLine.second) {
         putLine(0, withoutLine, {});
     }
-    while (nextItem_ != items_.cend()) {
+    while (nextItem_ != items_.byLine().cend()) {
         line_ = nextItem_->line;
         putFunctionHeads();
         putLine(line_, itemsUntil(line_), {});
@@ -589,7 +371,7 @@ void SourcePage::putTextLine(std::string_view text) {
 }
 
 void SourcePage::putFunctionHeads() {
-    for (; nextFunction_ != functions_.cend() && nextFunction_->line <= line_; ++nextFunction_) {
+    for (; nextFunction_ != items_.functions().cend() && nextFunction_->line <= line_; ++nextFunction_) {
         putFunctionHead(*nextFunction_);
     }
 }
@@ -647,7 +429,7 @@ void SourcePage::putLine(std::uint32_t line, ItemRange items, std::string_view t
         out_.put(": ");
         putItemName(*items.first);
         out_.put(", tests: ");
-        putTests(*items.first, numberOf(*items.first));
+        putTests(*items.first, items_.numberOf(*items.first));
     } else {
         putItems(items);
     }
@@ -698,7 +480,7 @@ std::string_view turnsOf(std::string_view label) {
 }
 
 void SourcePage::putItemName(const LineItem& item) {
-    const Service& service = serviceOf(item);
+    const Service& service = items_.serviceOf(item);
     constexpr std::array<std::string_view, 4> exits = {"", "end of function", "return", "end of program"};
     constexpr std::array<std::string_view, 4> blocks = {"block ", "implicit block ", "loop ",
                                                         "transfer block "};
@@ -727,7 +509,7 @@ void SourcePage::putUnproven(const LineItem& decision) {
     std::size_t named = 0;
     out_.put("to be proven: ");
     for (const ModifiedCondition& modified :
-         serviceOf(decision).compositions[decision.place].modifiedConditions) {
+         items_.serviceOf(decision).compositions[decision.place].modifiedConditions) {
         if (named <= mostNamed && !isProven(service, modified, campaign_.counts)) {
             const std::string_view text = service.service->conditions[modified.basicCondition].text;
             if (named == mostNamed) {
@@ -791,7 +573,7 @@ void SourcePage::putItems(ItemRange items) {
 }
 
 void SourcePage::putItemRow(const LineItem& item) {
-    const std::uint32_t number = numberOf(item);
+    const std::uint32_t number = items_.numberOf(item);
     const MarkText& mark = textOf(item.open == 0 ? Mark::Hit : Mark::NotHit);
     veldacov::putLine(out_, "<tr class=", mark.style, "><td title=\"", mark.name, "\">", mark.sign, "<td>");
     putItemName(item);
@@ -804,14 +586,14 @@ void SourcePage::putItemRow(const LineItem& item) {
 }
 
 void SourcePage::putTests(const LineItem& item, std::uint32_t number) {
-    const TestsOfItem& tests = testsOf(item, number);
+    const TestsOfItem& tests = items_.testsOf(item, number);
     if (tests.count == 0) {
         out_.put("none\n");
         return;
     }
     out_.putNumber(tests.count);
     out_.put(": ");
-    const std::size_t named = std::min<std::size_t>(tests.count, TestsOfItem::mostNamed);
+    const std::size_t named = std::min<std::size_t>(tests.count, TestsOfItem::mostFirst);
     for (std::size_t place = 0; place < named; ++place) {
         out_.put(place == 0 ? "" : ", ");
         putTestLink(out_, PagePlace::Below, pages_, tests.first[place]);
@@ -824,7 +606,7 @@ void SourcePage::putTests(const LineItem& item, std::uint32_t number) {
 
 void SourcePage::putDecision(const LineItem& item, std::uint32_t ofLine) {
     const CampaignService& service = campaign_.services[item.service];
-    const Composition& composition = serviceOf(item).compositions[item.place];
+    const Composition& composition = items_.serviceOf(item).compositions[item.place];
     const std::string id =
         "D" + std::to_string(item.line) + (ofLine == 0 ? "" : "-" + std::to_string(ofLine + 1));
     const DecisionWords words(out_, campaign_, service, composition);
