@@ -208,8 +208,40 @@ def test_killed(work):
         check((pages / "index.html").read_text().endswith("</html>\n"), "the index is not whole")
 
 
+def test_two_builds(work):
+    """A source with two descriptions, of which the second is of another text."""
+    described = (work / FDC[2]).read_text()
+    now, other = int((work / "src/queue.c").stat().st_mtime), described.rsplit("DC ", 1)[0] + "DC 1\n"
+    (work / "now.fdc").write_text(described.replace("FD 0", f"FD {now}"))
+    (work / "then.fdc").write_text(other.replace("FD 0", f"FD {now - 60}"))
+    run("html", "-o", "pages", "now.fdc", "then.fdc", "traces/normal.tio", cwd=work)
+    check("has changed" in (work / "pages/source/src-queue.c.html").read_text(), "the page does not say that the source has changed")
+    check("Source changed" in (work / "pages/index.html").read_text(), "the index does not say that the source has changed")
+
+
+def test_surroundings(work):
+    """A language that writes 0,5 (where the system can make one), and a present folder that is gone."""
+    run("html", "-o", "plain", *FDC, "traces/normal.tio", cwd=work)
+    subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", work / "de_DE.UTF-8"], capture_output=True)
+    run("html", "-o", "comma", *FDC, "traces/normal.tio", cwd=work, env={**os.environ, "LOCPATH": str(work), "LC_ALL": "de_DE.UTF-8"})
+    values = [re.findall("data-v=([^>]*)", (work / name / "index.html").read_text()) for name in ("plain", "comma")]
+    check(values[0] == values[1] and "1.000000" in values[0], f"values to sort by: {values[1][:3]}")
+    check("<title>normal 1 - " in (work / "plain/tests/normal-1.html").read_text(), "the page of a test is not called like it")
+
+    def leave():
+        os.mkdir("gone")
+        os.chdir("gone")
+        os.rmdir("../gone")
+
+    inputs = [work / FDC[2], work / "traces/normal.tio"]
+    _, said = run("html", "-o", "pages", *inputs, status=7, cwd=work, preexec_fn=leave)
+    check("Cannot create folder pages" in said, said)
+    run("html", "-o", "", *inputs, status=7, cwd=work)
+    run("check", "--root", "root", *inputs, cwd=work, preexec_fn=leave)
+
+
 def main():
-    for test in (test_against_exports, test_folder, test_killed):
+    for test in (test_against_exports, test_folder, test_killed, test_two_builds, test_surroundings):
         with tempfile.TemporaryDirectory() as name:
             work = pathlib.Path(name, "work")
             shutil.copytree(EXAMPLE, work)

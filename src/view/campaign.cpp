@@ -1,8 +1,10 @@
 #include "view/campaign.h"
 
 #include <algorithm>
+#include <cassert>
 #include <filesystem>
 #include <map>
+#include <system_error>
 #include <unordered_map>
 #include <utility>
 
@@ -171,6 +173,7 @@ void CampaignEvents::testEnds(const TestRun& run) {
 }
 
 std::vector<NumberedCount> CampaignEvents::hitsOfRun() const {
+    assert(countsAreSettled());
     std::vector<NumberedCount> items;
     items.reserve(hitsOfTest().size());
     for (const TestHit& hit : hitsOfTest()) {
@@ -262,14 +265,19 @@ void CampaignEvents::finish() {
     }
 }
 
-// Lexically, because sources need not be where they were; a path that does not lie below the root stays.
+// Lexically, because sources need not be where they were; a path that does not lie below the root stays. So does one of
+// which nobody can say where it lies, because the present folder is gone.
 std::string relativeTo(const std::string& root, const std::string& path) {
-    if (root.empty()) {
+    namespace fs = std::filesystem;
+    const auto place = [](const std::string& name) {
+        std::error_code failed; // then there is no place
+        return fs::absolute(name, failed).lexically_normal();
+    };
+    const fs::path rootPlace = root.empty() ? fs::path() : place(root);
+    if (rootPlace.empty()) {
         return path;
     }
-    namespace fs = std::filesystem;
-    const auto place = [](const std::string& name) { return fs::absolute(name).lexically_normal(); };
-    const fs::path relative = place(path).lexically_relative(place(root));
+    const fs::path relative = place(path).lexically_relative(rootPlace);
     return relative.empty() || *relative.begin() == ".." ? path : relative.string();
 }
 

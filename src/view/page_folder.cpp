@@ -29,7 +29,11 @@ constexpr std::array pageFolders = {"source", "tests"};
 // The folder's own name, wherever links to it stand.
 std::string placeOf(const std::string& target) {
     std::error_code failed;
-    fs::path place = fs::weakly_canonical(fs::absolute(target), failed);
+    const fs::path absolute = fs::absolute(target, failed);
+    if (failed) { // no name at all, or the present folder is gone
+        cannotCreate(target);
+    }
+    fs::path place = fs::weakly_canonical(absolute, failed);
     if (!place.has_filename()) { // "out/" is out
         place = place.parent_path();
     }

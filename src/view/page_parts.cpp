@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <string>
 
 #include "report/rates.h"
@@ -28,9 +29,14 @@ void putNumbers(OutputFile& out, const ViewRate& rate) {
 
 // Below zero where there is none, so that it sorts behind or before all others.
 std::string sortValue(const ViewRate& rate) {
-    return rate.state == RateState::Measured ? std::to_string(static_cast<double>(rate.hits) /
-                                                              static_cast<double>(std::max(rate.total, 1U)))
-                                             : "-1";
+    if (rate.state != RateState::Measured) {
+        return "-1";
+    }
+    std::array<char, 32> text{};
+    const double exact = static_cast<double>(rate.hits) / static_cast<double>(std::max(rate.total, 1U));
+    const auto end =
+        std::to_chars(text.data(), text.data() + text.size(), exact, std::chars_format::fixed, 6);
+    return {text.data(), end.ptr}; // with a point, whatever the user's language has
 }
 
 void putBar(OutputFile& out, const ViewRate& rate) {
@@ -129,19 +135,19 @@ void putRateTable(OutputFile& out, const CoverageCounters& totals, const Coverag
     endTable(out);
 }
 
-void putTestName(OutputFile& out, const CampaignTest& test) {
-    putHtml(out, shownName(test));
+std::string testTitle(const CampaignTest& test) {
+    std::string title(shownName(test));
     if (test.knownBy == KnownBy::Name && test.number != -1) {
-        out.put(' ');
-        out.putNumber(static_cast<std::uint32_t>(test.number));
+        title.append(" ").append(std::to_string(static_cast<std::uint32_t>(test.number)));
     }
+    return title;
 }
 
 void putTestLink(OutputFile& out, PagePlace place, const PageSet& pages, std::size_t test) {
     out.put(place == PagePlace::Top ? "<a href=\"tests/" : "<a href=\"../tests/");
     out.put(pages.testPages[test]);
     out.put("\">");
-    putTestName(out, pages.campaign.tests[test]);
+    putHtml(out, testTitle(pages.campaign.tests[test]));
     out.put("</a>");
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "support/output.h"
@@ -40,7 +41,8 @@ void putRateCell(OutputFile& out, const ViewRate& rate);
 void putRateTable(OutputFile& out, const CoverageCounters& totals, const CoverageCounters& hits,
                   std::uint16_t types);
 
-void putTestName(OutputFile& out, const CampaignTest& test);
+// What names a test to people: its name and its number. Bytes.
+std::string testTitle(const CampaignTest& test);
 // A link to the page of a test, from a page at the place.
 void putTestLink(OutputFile& out, PagePlace place, const PageSet& pages, std::size_t test);
 // A link to the page of a source, or to an anchor on it.

@@ -127,8 +127,7 @@ void putOpenFunctions(OutputFile& out, const PageSet& pages) {
         return;
     }
     out.put("<h2 id=first>Where to look first</h2>\n<p class=hint>Functions that tests reach, and in which "
-            "most is "
-            "open.</p>\n");
+            "most is open; conditions to be proven count, single cases of decisions do not.</p>\n");
     constexpr std::array columns = {Column{"Function"},
                                     Column{"File"},
                                     Column{"Bar"},

@@ -356,7 +356,10 @@ void SourcePage::openText() {
         return;
     }
     const auto onDisk = static_cast<std::int32_t>(fileModificationTime(path)); // wraps as descriptions do
-    const bool changed = description.sourceTime != 0 && onDisk != description.sourceTime;
+    const bool changed = std::any_of(source_.files.begin(), source_.files.end(), [&](std::uint32_t file) {
+        const std::int32_t described = campaign_.files[file].description->sourceTime;
+        return described != 0 && onDisk != described;
+    });
     found = changed ? SourceText::Changed : SourceText::Same;
 }
 
@@ -425,7 +428,8 @@ void SourcePage::putTextNote() {
 }
 
 void SourcePage::putFunctions() {
-    out_.put("<h2 id=functions>Functions</h2>\n");
+    out_.put("<h2 id=functions>Functions</h2>\n<p class=hint>Conditions to be proven count, single cases of "
+             "decisions do not.</p>\n");
     constexpr std::array columns = {Column{"Function"},
                                     Column{"Line", ColumnKind::Number},
                                     Column{"Bar"},

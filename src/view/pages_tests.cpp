@@ -177,9 +177,11 @@ void writeTestPage(OutputFile& out, const PageSet& pages, std::size_t test, cons
     const Campaign& campaign = pages.campaign;
     const RankedTest& ranked = pages.ranking[pages.rankOfTest[test]];
     const std::vector<ReachedFunction> functions = functionsOf(campaign, test, own);
-    beginPage(out, PagePlace::Below, shownName(campaign.tests[test]));
+    beginPage(out, PagePlace::Below, testTitle(campaign.tests[test]));
     putFacts(out, campaign.tests[test], ranked, pages.rankOfTest[test]);
     putLine(out, "<h2>Functions it reaches: ", static_cast<std::uint32_t>(functions.size()), "</h2>");
+    putLine(out, "<p class=hint>Cases of decisions count, conditions to be proven do not: a test may do its "
+                 "part for one.</p>");
     if (functions.size() > mostFunctions) {
         putLine(out, "<p class=note>The first ", static_cast<std::uint32_t>(mostFunctions),
                 ", those with most items of its own before all.</p>");
