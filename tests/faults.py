@@ -452,6 +452,15 @@ def described_identifiers(place, hostile):
     return "bad.fdc"
 
 
+def identifiers_of_cases(place, hostile):
+    """Each test hits a condition; compositions have cases of identifiers that come again, or not."""
+    count = 10000
+    cases = "".join(f"CC {count if hostile else count + number} 1 0 1 .\n" for number in range(count))
+    (place / "bad.fdc").write_text(described("".join(f'CA {number} "f" "c" 1 1\n' for number in range(count)) + cases))
+    (place / "bad.tio").write_text("".join(f"NT\nFT 36\nDC 7\nTE {f'{number:x}'[::-1]}\n" for number in range(count)))
+    return "bad.fdc bad.tio -NOGLOBAL"
+
+
 def file_names(place, hostile, forms, ways=("",)):
     folder = place / ("hostile" if hostile else "harmless")
     shutil.rmtree(folder, ignore_errors=True)
@@ -490,8 +499,8 @@ def hits_in_other_forms(place, hostile):
 def hostile_beside_harmless(places, workers):
     """Inputs that are chosen to be dear cost what harmless ones of their size cost."""
     place = places[0]
-    for make in (test_names, traced_identifiers, described_identifiers, names_with_colons, names_with_blanks, names_in_two_cases,
-                 names_by_many_ways, hits_in_other_forms):
+    for make in (test_names, traced_identifiers, described_identifiers, identifiers_of_cases, names_with_colons, names_with_blanks,
+                 names_in_two_cases, names_by_many_ways, hits_in_other_forms):
         spent = []
         for hostile in (False, True):
             words = make(place, hostile)

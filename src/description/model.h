@@ -197,6 +197,13 @@ struct Composition {
     std::vector<ModifiedCondition> modifiedConditions; // in basic-condition order
 };
 
+// Compositions by the identifiers of their first cases: see pairs.cpp.
+struct FirstCase {
+    std::uint32_t id = 0;
+    std::uint32_t composition = 0; // its place in the service
+};
+using CompositionsById = std::array<std::vector<FirstCase>, 33>;
+
 // Descriptions and traces may jump from service to service: what every line touches stands in the first cache line,
 // what hits touch behind it.
 struct alignas(64) Service {
@@ -224,6 +231,7 @@ struct alignas(64) Service {
     // First place of each condition identifier, while conditions do not come in ascending order of their
     // identifiers; none otherwise (see findCondition).
     std::unique_ptr<NumberMap<std::uint32_t, std::uint32_t>> conditionPlaces;
+    std::unique_ptr<CompositionsById> compositionsById; // none before they are asked for
 };
 
 static_assert(sizeof(void*) + 4 * sizeof(std::uint32_t) + sizeof(CoverageCounters) <= alignof(Service),

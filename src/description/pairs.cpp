@@ -411,25 +411,72 @@ void proveConditionsInStep(FirstHits hits) {
     }
 }
 
+// Compositions with about as many cases, by the bits of this number, in the order of the identifiers of their first cases.
+const CompositionsById& compositionsById(Service& service) {
+    if (service.compositionsById == nullptr) {
+        service.compositionsById = std::make_unique<CompositionsById>();
+        for (std::uint32_t place = 0; place < service.compositions.size(); ++place) {
+            const Composition& composition = service.compositions[place];
+            const auto bits = static_cast<std::size_t>(std::bit_width(composition.caseCount));
+            (*service.compositionsById)[bits].push_back({idOfCase(service, composition, 0), place});
+        }
+        for (std::vector<FirstCase>& alike : *service.compositionsById) {
+            std::sort(alike.begin(), alike.end(),
+                      [](const FirstCase& left, const FirstCase& right) { return left.id < right.id; });
+        }
+    }
+    return *service.compositionsById;
+}
+
+struct CaseHit {
+    std::uint32_t composition = 0;
+    std::uint32_t caseNumber = 0;
+};
+
+// Adds the cases that have the identifier. They belong to compositions that begin at most 2^bits - 1 identifiers before it.
+// One that begins there and ends before it is looked at in vain, for no more identifiers than it has cases.
+void addCasesWith(Service& service, std::uint32_t id, std::vector<CaseHit>& cases) {
+    constexpr std::uint32_t largest = 4294967295;
+    const CompositionsById& byId = compositionsById(service);
+    for (std::size_t bits = 1; bits < byId.size(); ++bits) {
+        const auto addFrom = [&](std::uint32_t firstId, std::uint32_t lastId) {
+            auto first = std::lower_bound(
+                byId[bits].begin(), byId[bits].end(), firstId,
+                [](const FirstCase& candidate, std::uint32_t wanted) { return candidate.id < wanted; });
+            for (; first != byId[bits].end() && first->id <= lastId; ++first) {
+                if (id - first->id < service.compositions[first->composition].caseCount) {
+                    cases.push_back({first->composition, id - first->id});
+                }
+            }
+        };
+        const std::uint32_t firstId = id - (largest >> (32 - bits));
+        if (firstId <= id) {
+            addFrom(firstId, id);
+        } else { // identifiers wrap: those of the cases may go on from 0
+            addFrom(0, id);
+            addFrom(firstId, largest);
+        }
+    }
+}
+
 // Where identifiers of cases are repeated, the pairs of several compositions may name one entry.
 void proveConditionsByIdentifier(Service& service, FirstHits hits) {
-    std::vector<std::uint32_t> ids;
-    std::transform(hits.begin(), hits.end(), std::back_inserter(ids),
-                   [&](const FirstHit& hit) { return service.conditions[hit.place].id; });
-    std::sort(ids.begin(), ids.end());
-    for (Composition& composition : service.compositions) {
-        const std::uint32_t firstId = idOfCase(service, composition, 0);
+    std::vector<CaseHit> casesHit;
+    for (const FirstHit& hit : hits) {
+        addCasesWith(service, service.conditions[hit.place].id, casesHit);
+    }
+    std::sort(casesHit.begin(), casesHit.end(), [](const CaseHit& left, const CaseHit& right) {
+        return std::pair(left.composition, left.caseNumber) < std::pair(right.composition, right.caseNumber);
+    });
+    for (auto first = casesHit.cbegin(); first != casesHit.cend();) {
+        const auto last = std::find_if(first, casesHit.cend(), [&](const CaseHit& hit) {
+            return hit.composition != first->composition;
+        });
         std::vector<std::uint32_t> cases;
-        // Identifiers wrap: those of the cases may go on from 0.
-        for (auto id = std::lower_bound(ids.begin(), ids.end(), firstId);
-             id != ids.end() && *id - firstId < composition.caseCount; ++id) {
-            cases.push_back(*id - firstId);
-        }
-        for (auto id = ids.begin(); id != ids.end() && *id < firstId && *id - firstId < composition.caseCount;
-             ++id) {
-            cases.push_back(*id - firstId);
-        }
-        proveConditions(service, composition, cases);
+        std::transform(first, last, std::back_inserter(cases),
+                       [](const CaseHit& hit) { return hit.caseNumber; });
+        proveConditions(service, service.compositions[first->composition], cases);
+        first = last;
     }
 }
 
