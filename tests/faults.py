@@ -452,14 +452,14 @@ def described_identifiers(place, hostile):
     return "bad.fdc"
 
 
-def file_names(place, hostile, forms):
+def file_names(place, hostile, forms, ways=("",)):
     folder = place / ("hostile" if hostile else "harmless")
     shutil.rmtree(folder, ignore_errors=True)
     folder.mkdir()
     names = [form.format(number) for number in range(600 // len(forms)) for form in forms]
     for name in names:
         (folder / name).write_text("NT\n")
-    (place / "words.names").write_text("".join(f'"{folder.name}/{name}"\n' for name in names))
+    (place / "words.names").write_text("".join(f'"{ways[i % len(ways)]}{folder.name}/{name}"\n' for i, name in enumerate(names)))
     return "fdc/queue.fdc @words.names"
 
 
@@ -475,6 +475,10 @@ def names_in_two_cases(place, hostile):
     return file_names(place, hostile, ("run{}.tio", "RUN{}.tio" if hostile else "cut{}.tio"))
 
 
+def names_by_many_ways(place, hostile):
+    return file_names(place, hostile, ("run-{}.tio",), ["./" * steps for steps in range(500)] if hostile else ("./",))
+
+
 def hits_in_other_forms(place, hostile):
     """More blanks than one, and fields behind the last."""
     (place / "bad.fdc").write_text(described('AP 0 "f" "g" 1 1\nAP 1 "f" "g" 1 1\n'))
@@ -487,7 +491,7 @@ def hostile_beside_harmless(places, workers):
     """Inputs that are chosen to be dear cost what harmless ones of their size cost."""
     place = places[0]
     for make in (test_names, traced_identifiers, described_identifiers, names_with_colons, names_with_blanks, names_in_two_cases,
-                 hits_in_other_forms):
+                 names_by_many_ways, hits_in_other_forms):
         spent = []
         for hostile in (False, True):
             words = make(place, hostile)

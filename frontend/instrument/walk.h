@@ -1,7 +1,8 @@
 #pragma once
 
-// The walk over one function: what it finds becomes items of the description, and for each item a probe. Statements are
-// in walk_statements.cpp, expressions in walk_expressions.cpp, decisions in walk_decisions.cpp.
+// The walk over one function: what it finds becomes items of the description, and for each item a probe. Its parts stand
+// in files of their own: walk_statements, walk_loops, walk_jumps, walk_expressions, walk_decisions; walk has what they
+// share.
 //
 // What always holds:
 //   - A probe stands where the thing that it counts happens, in the order in which things happen.
@@ -72,6 +73,12 @@ struct DecisionResult {
     std::string
         atEntry; // hits of constant conditions that evaluation begins with, for the caller to put before it
 };
+
+// The expression with its semicolon; nothing for an empty one.
+std::string asStatement(const std::string& expression);
+
+// The last token of what has to stand first in a block: its brace, and `__label__ a, b;` behind it.
+std::uint32_t behindLocalLabels(const Unit& unit, std::uint32_t brace);
 
 // Begins a statement expression that keeps the value of an expression in velda_v; bit-fields have no type of their own.
 std::string valueOpening(const clang::Expr* value);

@@ -32,9 +32,9 @@ static void put_date(struct velda_registry* registry) {
         settings->date_form == VELDA_DATE_SECONDS ? settings->date_seconds : registry->test.seconds;
 
     if (settings->date_form == VELDA_DATE_TEXT) {
-        put_text(registry, "DT \"");
-        put_text(registry, settings->date_text);
-        put_text(registry, "\"\n");
+        put_text(registry, "DT ");
+        put_quoted(registry, settings->date_text);
+        put_text(registry, "\n");
     } else if (settings->date_form != VELDA_DATE_NONE && seconds > 0 && seconds <= 2147483647) {
         velda_put_line(&registry->file, "DT", (unsigned int)seconds);
     }

@@ -1,9 +1,10 @@
 #pragma once
 
-// Where descriptions are kept: x.fdc of x.c, whatever the object is called. A source may be compiled several times: twice alike by libtool (x.o and .libs/x.o), or
-// with other macros for another program. Equal descriptions are one file, x.fdc; different ones are x.fdc, x-2.fdc and
-// so on. So that the next compilation of an object replaces what the last one left, each file tells which objects it
-// describes, behind its last DC line, where readers of descriptions look no more:
+// Where descriptions are kept: x.fdc of x.c, whatever the object is called. A source may be compiled several times:
+// twice alike by libtool (x.o and .libs/x.o), or with other macros for another program. Equal descriptions are one file,
+// x.fdc; different ones are x.fdc, x-2.fdc and so on. So that the next compilation of an object replaces what the last
+// one left, each file tells which objects it describes, behind its last DC line, where readers of descriptions look no
+// more:
 //
 //     # object "x.o"
 //     # object "prog" "src/x.c"      the program of a call that compiled and linked, and which of its sources

@@ -202,20 +202,26 @@ std::string_view tableVector(const Composition& composition, std::uint32_t caseN
     return start < composition.cases.size() ? composition.cases.substr(start, width) : std::string_view();
 }
 
-void appendExpressionCase(std::string& text, const Composition& composition, std::uint32_t caseNumber) {
+bool isTable(const Composition& composition) {
+    return composition.frontier != expressionFrontier;
+}
+
+void appendCaseValues(std::string& text, const Composition& composition, std::uint32_t caseNumber) {
+    if (isTable(composition)) {
+        text += tableVector(composition, caseNumber);
+        return;
+    }
     for (std::uint32_t j = 0; j < static_cast<std::uint32_t>(composition.basicConditionCount); ++j) {
         text += j < 32 && (caseNumber >> j & 1U) != 0 ? 'T' : 'F';
     }
-    const bool outcome = (composition.outcomes[caseNumber / wordBits] >> (caseNumber % wordBits) & 1U) != 0;
-    text += outcome ? "=T" : "=F";
 }
 
 // A table that is too short ends the text where its characters end.
-void appendTableCase(std::string& text, const Composition& composition, std::uint32_t caseNumber) {
-    const std::string_view vector = tableVector(composition, caseNumber);
-    text += vector;
-    if (vector.size() == static_cast<std::size_t>(composition.basicConditionCount)) {
-        text += caseNumber < composition.frontier ? "=T" : "=F";
+void appendCase(std::string& text, const Composition& composition, std::uint32_t caseNumber) {
+    const std::size_t start = text.size();
+    appendCaseValues(text, composition, caseNumber);
+    if (text.size() - start == static_cast<std::size_t>(composition.basicConditionCount)) {
+        text += caseOutcome(composition, caseNumber) ? "=T" : "=F";
     }
 }
 
@@ -229,8 +235,7 @@ void appendConditionText(std::string& text, const Service& service, std::uint32_
         service.compositions.begin(), service.compositions.end(), place,
         [](std::uint32_t wanted, const Composition& composition) { return wanted < composition.firstCase; });
     const Composition& composition = *std::prev(behind);
-    const bool isTable = composition.frontier != expressionFrontier;
-    (isTable ? appendTableCase : appendExpressionCase)(text, composition, place - composition.firstCase);
+    appendCase(text, composition, place - composition.firstCase);
 }
 
 } // namespace
@@ -271,6 +276,18 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
     return outcomes;
 }
 
+std::string caseValues(const Composition& composition, std::uint32_t caseNumber) {
+    std::string values;
+    appendCaseValues(values, composition, caseNumber);
+    return values;
+}
+
+bool caseOutcome(const Composition& composition, std::uint32_t caseNumber) {
+    return isTable(composition)
+               ? caseNumber < composition.frontier
+               : (composition.outcomes[caseNumber / wordBits] >> (caseNumber % wordBits) & 1U) != 0;
+}
+
 std::string conditionText(const Service& service, std::uint32_t place) {
     std::string text;
     appendConditionText(text, service, place);
@@ -281,8 +298,7 @@ std::string_view outcomeText(const Service& service, const ConditionEntry& condi
     if (condition.kind != ConditionKind::Outcome) {
         return "";
     }
-    const bool isLast = &condition == &service.conditions.back();
-    return !isLast && (&condition)[1].text == condition.text ? "True" : "False";
+    return isTrueOutcome(service, condition) ? "True" : "False";
 }
 
 void pairsText(const Service& service, const Composition& composition, std::size_t place,

@@ -32,10 +32,14 @@ std::vector<std::uint64_t> CalculVector(std::string_view expression, std::uint32
 // case number.
 std::uint64_t conditionWord(std::uint32_t condition, std::uint64_t firstCase);
 
+// The values that a case gives to the conditions of its composition, a letter for each: T, F, or X where it is not looked
+// at. A table may have other characters in their place, and a table that is too short has fewer.
+std::string caseValues(const Composition& composition, std::uint32_t caseNumber);
+bool caseOutcome(const Composition& composition, std::uint32_t caseNumber);
+
 // The text of a condition as outputs print it; for a case its vector, "=" and its outcome.
 std::string conditionText(const Service& service, std::uint32_t place);
-// "True" for the first outcome of a two-outcome condition (the next entry shares its text object), "False"
-// for the second, empty for other conditions.
+// "True" for the first outcome of a two-outcome condition, "False" for the second, empty for other conditions.
 std::string_view outcomeText(const Service& service, const ConditionEntry& condition);
 // Hands the text of a modified condition's pairs, "#<n> (case/case), (case/case)", to `put`, a pair at a time;
 // nothing when it has no pair. `place` is that of the modified condition in its composition.

@@ -62,9 +62,6 @@ void addDescription(std::unique_ptr<FileDescription> description) {
     for (Service& service : added->services) {
         service.file = added->place;
     }
-    for (Service& service : added->services) {
-        service.file = added->place;
-    }
     model().descriptions.push_back(std::move(description));
 }
 

@@ -76,7 +76,7 @@ void sumCounters(CoverageCounters& into, const CoverageCounters& from);
 // The counter of the items of a coverage type, none for types that count nothing. Entries count twice: as a
 // procedure branch, and beside it as a service entered (see countHit).
 constexpr std::optional<std::size_t> counterOfType(std::uint16_t coverageType) {
-    constexpr std::size_t none = 10;
+    constexpr std::size_t none = std::tuple_size_v<CoverageCounters>;
     constexpr std::array<std::size_t, 12> byTypeBit = {counter::procedureBranches,
                                                        counter::procedureBranches,
                                                        counter::calls,
@@ -150,7 +150,7 @@ constexpr std::uint16_t typeOfCondition(ConditionKind kind) {
     return kind == ConditionKind::Case ? type::compoundConditions : type::basicConditions;
 }
 // The two outcomes of a condition are adjacent, the true one first, and share one text object. That is how they are told
-// apart: a true outcome is one whose neighbour behind it has the very same object (outcomeText). Equal texts of different
+// apart: a true outcome is one whose neighbour behind it has the very same object (isTrueOutcome). Equal texts of different
 // conditions are different objects, because the arena keeps each copy. A case has no text of its own: conditionText makes
 // it.
 struct ConditionEntry : CoverageItem {
@@ -295,6 +295,11 @@ FoundDescription findDescription(std::uint32_t fileKey, std::uint32_t checksum);
 // The coverage type of an item that findItem gave for a kind.
 std::uint16_t typeOfItem(const Service& service, ItemKind kind, const CoverageItem& item);
 
+// Whether a condition is the true one of two outcomes; the false one stands right behind it.
+inline bool isTrueOutcome(const Service& service, const ConditionEntry& condition) {
+    const bool isLast = &condition == &service.conditions.back();
+    return condition.kind == ConditionKind::Outcome && !isLast && (&condition)[1].text == condition.text;
+}
 // The line that outputs show for a block: an implicit one stands where its statement ends.
 inline std::uint32_t blockLine(const BlockEntry& block) {
     return block.kind == BlockKind::Implicit ? block.endLine : block.startLine;

@@ -296,7 +296,7 @@ void pairTableCases(Composition& composition, const CasePlaces& places) {
 class PairHits {
 public:
     PairHits(const Service& service, const Composition& composition)
-        : service_(service), composition_(composition), firstId_(idOfCase(service, composition, 0)) {}
+        : service_(service), composition_(composition) {}
 
     // Whether one of the pairs has been hit, given the cases first hit since this was asked last.
     [[nodiscard]] bool anyIsHit(ModifiedCondition& modified, std::span<const std::uint32_t> cases) const {
@@ -312,7 +312,7 @@ public:
 
 private:
     [[nodiscard]] std::uint32_t caseOf(std::uint32_t place) const {
-        return service_.conditions[place].id - firstId_; // wraps as identifiers do
+        return caseNamedBy(service_, composition_, place);
     }
     [[nodiscard]] bool isHit(const VectorPair& pair) const {
         return ((service_.conditions[pair.first].flags & service_.conditions[pair.second].flags) & everHit) !=
@@ -370,7 +370,6 @@ private:
 
     const Service& service_;
     const Composition& composition_;
-    std::uint32_t firstId_;
 };
 
 // Finds the modified conditions of a composition that first hits of some cases have brought to be covered.

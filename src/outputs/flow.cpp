@@ -114,7 +114,7 @@ void retellHit(FlowState& flow, Hit hit) {
     }
 }
 
-// A hit line, and those in the usual form that follow it.
+// A hit line, and those that follow it.
 void handleHits(FlowState& flow, LineKind kind) {
     retellHit(flow, readHit(flow.trace, kind));
     takeHitLines(flow.trace, noKnownHits, [&flow](Hit hit) { retellHit(flow, hit); });

@@ -64,6 +64,11 @@ inline constexpr std::array<RateRow, 10> rateRows = {{
      ReportLabel::ForcedMultipleConditions, RowGuard::Always, References::CompoundCases},
 }};
 
+// Whether there are exits: they share their counter with the entries.
+constexpr bool haveExits(const CoverageCounters& totals) {
+    return totals[counter::procedureBranches] > totals[counter::services];
+}
+
 // The label of a row under a mask of types.
 inline ReportLabel labelOf(const RateRow& row, std::uint16_t typesInUse) {
     return (typesInUse & type::forcedConditions) != 0 ? row.forcedLabel : row.label;

@@ -238,7 +238,7 @@ bool isShown(const RateRow& row, const CoverageCounters& totals) {
     case RowGuard::WhenDescribed: return rowSum(row, totals) > 0;
     case RowGuard::WhenThereAreExits: break;
     }
-    return totals[counter::procedureBranches] > totals[counter::services];
+    return haveExits(totals);
 }
 
 void writeCoverageBlock(TraceSession& session, const CoverageBlock& block) {

@@ -27,8 +27,8 @@
 namespace veldacov {
 
 // Where arenas take their blocks from. Large blocks stand on large pages where the system has them: touching
-// the memory of a big description for the first time then costs a fraction (docs/performance.md, "Loading
-// descriptions").
+// the memory of a big description for the first time then costs a fraction (docs/performance.md, "Where
+// the time goes").
 class BlockSource : public std::pmr::memory_resource {
     void* do_allocate(std::size_t size, std::size_t alignment) override;
     void do_deallocate(void* block, std::size_t size, std::size_t alignment) override;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -9,7 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QMultiHash>
 #include <QSet>
 
@@ -24,8 +24,11 @@ public:
     // between the names of a filter, and case does not matter.
     QStringList matches(const QString& directory, const QString& nameFilter) {
         const QStringList names = QDir::nameFiltersFromString(nameFilter);
-        if (canBeLookedUp(names)) {
-            if (const std::optional<QStringList> found = inOrder(alike(listed(directory), names))) {
+        const std::optional<platform::FileStatus> status =
+            platform::fileStatus(QFile::encodeName(directory).toStdString());
+        if (status && canBeLookedUp(names)) {
+            const Listing& listing = listed(status->identity, directory);
+            if (const std::optional<QStringList> found = inOrder(alike(listing, names))) {
                 return *found;
             }
         }
@@ -53,12 +56,13 @@ private:
                !std::all_of(names.begin(), names.end(), [](const QString& name) { return name.isEmpty(); });
     }
 
-    const Listing& listed(const QString& directory) {
-        const auto known = listings_.constFind(directory);
-        if (known != listings_.constEnd()) {
-            return *known;
+    // One directory may be named in as many ways as it has files.
+    const Listing& listed(const platform::FileIdentity& identity, const QString& directory) {
+        const auto [known, isNew] = listings_.try_emplace(identity);
+        Listing& listing = known->second;
+        if (!isNew) {
+            return listing;
         }
-        Listing& listing = listings_[directory];
         listing.entries = QDir(directory, QString(), QDir::Unsorted).entryList();
         for (qsizetype place = 0; place < listing.entries.size(); ++place) {
             listing.places.insert(listing.entries[place].toCaseFolded(), place);
@@ -106,7 +110,7 @@ private:
         return entries;
     }
 
-    QHash<QString, Listing> listings_;
+    std::map<platform::FileIdentity, Listing> listings_;
 };
 
 namespace {

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "description/conditions.h"
+#include "description/pairs.h"
 #include "view/evidence.h"
 #include "view/html_text.h"
 
@@ -19,7 +20,7 @@ constexpr std::uint32_t mostCases = 128;
 DecisionWords::DecisionWords(OutputFile& out, const Campaign& campaign, const CampaignService& service,
                              const Composition& composition)
     : out_(out), campaign_(campaign), service_(service), composition_(composition),
-      firstCase_(itemNumbers(service).conditions + composition.firstCase) {
+      firstCondition_(itemNumbers(service).conditions) {
     chooseCases();
 }
 
@@ -33,7 +34,7 @@ void DecisionWords::chooseCases() {
     std::set<std::uint32_t> chosen;
     for (const ModifiedCondition& modified : composition_.modifiedConditions) {
         if (const VectorPair* pair = nearestPair(service_, modified, campaign_.counts)) {
-            chosen.insert({pair->first - composition_.firstCase, pair->second - composition_.firstCase});
+            chosen.insert({caseOf(pair->first), caseOf(pair->second)});
         }
     }
     for (std::uint32_t place = 0; place < composition_.caseCount && chosen.size() < mostCases; ++place) {
@@ -65,15 +66,23 @@ void DecisionWords::putHead(bool counted) const {
     out_.put("<th scope=col>Tests</thead>\n<tbody>\n");
 }
 
-// The text of a case is its values, "=" and its outcome.
+std::uint32_t DecisionWords::caseOf(std::uint32_t place) const {
+    return caseNamedBy(*service_.service, composition_, place);
+}
+
+std::string DecisionWords::valuesOf(std::uint32_t caseNumber) const {
+    std::string values = caseValues(composition_, caseNumber);
+    values.resize(composition_.modifiedConditions.size(), 'X');
+    return values;
+}
+
 void DecisionWords::putCase(std::uint32_t place) const {
-    const std::string text = conditionText(*service_.service, composition_.firstCase + place);
-    for (const char value : text) {
-        if (value != '=') {
-            out_.put("<td>");
-            out_.put(value);
-        }
+    const std::string values = valuesOf(place);
+    for (const char& value : values) {
+        out_.put("<td>");
+        putHtml(out_, {&value, 1});
     }
+    out_.put(caseOutcome(composition_, place) ? "<td>T" : "<td>F");
 }
 
 void DecisionWords::putNoteOfHidden() const {
@@ -85,24 +94,24 @@ void DecisionWords::putNoteOfHidden() const {
 
 // "`a` false while `b` is true and `c` is false"; conditions that the case does not evaluate are left out.
 void DecisionWords::putMissingCase(const ModifiedCondition& modified, std::uint32_t place) const {
-    const std::string text = conditionText(*service_.service, place);
+    const std::string values = valuesOf(place);
     const auto& conditions = composition_.modifiedConditions;
     const auto own = static_cast<std::size_t>(&modified - conditions.data());
     putCode(textOf(modified));
-    out_.put(text[own] == 'T' ? " true" : " false");
+    out_.put(values[own] == 'T' ? " true" : " false");
     std::string_view before = " while ";
     for (std::size_t other = 0; other < conditions.size(); ++other) {
-        if (other == own || text[other] == 'X') {
+        if (other == own || values[other] == 'X') {
             continue;
         }
         out_.put(before);
         putCode(textOf(conditions[other]));
-        out_.put(text[other] == 'T' ? " is true" : " is false");
+        out_.put(values[other] == 'T' ? " is true" : " is false");
         before = " and ";
     }
     out_.put(" (case ");
-    out_.putNumber(place - composition_.firstCase + 1);
-    out_.put(asksForBoth(text) ? ", where one text has both values)" : ")");
+    out_.putNumber(place + 1);
+    out_.put(asksForBoth(values) ? ", where one text has both values)" : ")");
 }
 
 // Whether two conditions of one text have different values, which no test can give them unless evaluating them changes them.
@@ -125,23 +134,25 @@ void DecisionWords::putProof(const ModifiedCondition& modified) const {
                 " has no pair of cases that differ in it alone and in the outcome: no test can prove it.");
         return;
     }
-    const std::uint32_t first = pair->first - composition_.firstCase;
-    const std::uint32_t second = pair->second - composition_.firstCase;
-    if (isHitCase(first) && isHitCase(second)) {
+    const std::uint32_t first = caseOf(pair->first);
+    const std::uint32_t second = caseOf(pair->second);
+    const bool firstIsHit = isHitPlace(pair->first);
+    const bool secondIsHit = isHitPlace(pair->second);
+    if (firstIsHit && secondIsHit) {
         putLine(out_, " is proven by cases ", first + 1, " and ", second + 1, ".");
         return;
     }
-    const bool lacksBoth = !isHitCase(first) && !isHitCase(second);
+    const bool lacksBoth = !firstIsHit && !secondIsHit;
     out_.put(lacksBoth ? ": two tests are missing: " : ": a test is missing: ");
-    if (!isHitCase(first)) {
-        putMissingCase(modified, pair->first);
+    if (!firstIsHit) {
+        putMissingCase(modified, first);
     }
     out_.put(lacksBoth ? ", and " : "");
-    if (!isHitCase(second)) {
-        putMissingCase(modified, pair->second);
+    if (!secondIsHit) {
+        putMissingCase(modified, second);
     }
     if (!lacksBoth) {
-        putLine(out_, ". Case ", (isHitCase(first) ? first : second) + 1, " is hit.");
+        putLine(out_, ". Case ", (firstIsHit ? first : second) + 1, " is hit.");
         return;
     }
     putLine(out_, ".");

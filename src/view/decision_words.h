@@ -37,9 +37,17 @@ public:
     void putProof(const ModifiedCondition& modified) const;
 
 private:
-    [[nodiscard]] bool isHitCase(std::uint32_t place) const {
-        return campaign_.counts[firstCase_ + place] != 0;
+    // Of a place in the service's conditions.
+    [[nodiscard]] bool isHitPlace(std::uint32_t place) const {
+        return campaign_.counts[firstCondition_ + place] != 0;
     }
+    [[nodiscard]] bool isHitCase(std::uint32_t place) const {
+        return isHitPlace(composition_.firstCase + place);
+    }
+    // The case that a pair names by the place of its entry.
+    [[nodiscard]] std::uint32_t caseOf(std::uint32_t place) const;
+    // A letter for each condition; those that a table is too short for are not looked at.
+    [[nodiscard]] std::string valuesOf(std::uint32_t caseNumber) const;
     [[nodiscard]] std::string_view textOf(const ModifiedCondition& modified) const;
     void putCode(std::string_view text) const;
     void putMissingCase(const ModifiedCondition& modified, std::uint32_t place) const;
@@ -50,7 +58,7 @@ private:
     const Campaign& campaign_;
     const CampaignService& service_;
     const Composition& composition_;
-    std::uint32_t firstCase_; // item number of the first case
+    std::uint32_t firstCondition_; // item number of the service's first condition
     std::vector<std::uint32_t> shown_;
 };
 

@@ -42,11 +42,7 @@ constexpr std::uint32_t othersOf(Candidate item) {
 
 // The places of a condition's outcomes behind its first one: 1, or 0 where it has one outcome.
 std::uint32_t otherOutcome(const Service& service, std::uint32_t place) {
-    const auto& conditions = service.conditions;
-    return conditions[place].kind == ConditionKind::Outcome && place + 1 < conditions.size() &&
-                   conditions[place + 1].text == conditions[place].text
-               ? 1
-               : 0;
+    return isTrueOutcome(service, service.conditions[place]) ? 1 : 0;
 }
 
 // How often a condition was evaluated.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "description/conditions.h"
+#include "description/pairs.h"
 #include "support/machine.h"
 #include "view/export.h"
 #include "view/json_parts.h"
@@ -183,7 +184,7 @@ void CampaignJson::putService(const CampaignService& service, std::uint16_t type
 
 bool isSecondOutcome(const Service& service, std::uint32_t place) {
     const ConditionEntry& condition = service.conditions[place];
-    return condition.kind == ConditionKind::Outcome && outcomeText(service, condition) == "False";
+    return condition.kind == ConditionKind::Outcome && !isTrueOutcome(service, condition);
 }
 
 void CampaignJson::putConditions(const CampaignService& service) {
@@ -234,19 +235,15 @@ void CampaignJson::putDecision(const CampaignService& service, const Composition
     });
 }
 
-// The text of a case is its values, "=" and its outcome.
 void CampaignJson::putCases(const CampaignService& service, const Composition& composition) {
     const Service& items = *service.service;
     const std::uint32_t number = itemNumbers(service).conditions + composition.firstCase;
     putArray("cases", [&] {
         for (std::uint32_t i = 0; i < composition.caseCount; ++i) {
-            const std::string text = conditionText(items, composition.firstCase + i);
-            const std::size_t equals = text.rfind('=');
             putObject([&] {
                 putNumber(json_, "id", items.conditions[composition.firstCase + i].id);
-                putKey(json_, "values");
-                putText(json_, std::string_view(text).substr(0, equals));
-                putFlag(json_, "outcome", text.ends_with('T'));
+                putName(json_, "values", caseValues(composition, i));
+                putFlag(json_, "outcome", caseOutcome(composition, i));
                 putNumber(json_, "hits", campaign_.counts[number + i]);
             });
         }
@@ -259,8 +256,8 @@ void CampaignJson::putModified(const CampaignService& service, const Composition
     putArray("pairs", [&] {
         for (const VectorPair& pair : modified.pairs) {
             json_.StartArray();
-            json_.Uint(pair.first - composition.firstCase);
-            json_.Uint(pair.second - composition.firstCase);
+            json_.Uint(caseNamedBy(*service.service, composition, pair.first));
+            json_.Uint(caseNamedBy(*service.service, composition, pair.second));
             json_.EndArray();
         }
     });
@@ -277,7 +274,7 @@ void CampaignJson::putMissing(const CampaignService& service, const Composition&
     const std::uint32_t first = itemNumbers(service).conditions;
     for (const std::uint32_t place : {nearest->first, nearest->second}) {
         if (campaign_.counts[first + place] == 0) {
-            json_.Uint(place - composition.firstCase);
+            json_.Uint(caseNamedBy(*service.service, composition, place));
         }
     }
 }

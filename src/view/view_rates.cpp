@@ -14,8 +14,7 @@ ViewRate measured(std::uint32_t total, std::uint32_t hits) {
 
 // Entries stand in this row, too: without exits it has nothing of its own.
 bool lacksExits(const RateRow& row, const CoverageCounters& totals) {
-    return row.guard == RowGuard::WhenThereAreExits &&
-           totals[counter::procedureBranches] <= totals[counter::services];
+    return row.guard == RowGuard::WhenThereAreExits && !haveExits(totals);
 }
 
 ViewRate rateOf(const RateRow& row, const CoverageCounters& totals, const CoverageCounters& hits) {

@@ -17,6 +17,7 @@ namespace veldacov {
 inline constexpr std::array<std::string_view, rateRows.size() + 1> viewRateNames = {
     "functions", "exits",     "calls",      "blocks",   "implicit", "decisions",
     "loops",     "transfers", "conditions", "modified", "compound"};
+static_assert(!viewRateNames.back().empty(), "a name for each row");
 
 enum class RateState : std::uint8_t {
     Measured,

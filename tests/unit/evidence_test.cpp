@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "support/files.h"
+#include "support/run_files.h"
 #include "unit/test_support.h"
+#include "view/decision_words.h"
 #include "view/evidence.h"
+#include "view/export.h"
 
 namespace veldacov::test {
 namespace {
@@ -152,6 +155,54 @@ TEST_F(EvidenceTest, DescriptionsOfOnePathAreJoined) {
     EXPECT_EQ(proofsOf(evidenceOfTraces({descriptionOf(decisions), descriptionOf(others, "a.c", "98")},
                                         "NT \"t\" 1 1\n" + part + "TE 4\nTE 5\nFT 26\nDC 7\nTE 4\nTE 6\n")),
               "2/2/0- 2/2/1+ 2/2/0+ 2/2/1- ");
+}
+
+// Descriptions give identifiers of cases to earlier conditions, tables end early or hold any bytes. Cases are told by their
+// numbers all the same.
+TEST_F(EvidenceTest, CasesOfOddCompositions) {
+    const auto decisionOf = [](std::size_t conditions, const std::string& rest) {
+        std::string decision = "PR 0 proc \"f\" 1 9\n";
+        std::string ids;
+        for (std::size_t i = 0; i < conditions; ++i) {
+            decision += "CE " + std::to_string(2 * i) + " \"f\" \"c\" 2 2\n";
+            ids += " " + std::to_string(2 * i);
+        }
+        return descriptionOf(decision + "CC 4 " + std::to_string(conditions) + ids + " " + rest + "\n");
+    };
+    const auto told = [&](const std::string& description) {
+        evidenceOfTraces({description}, "NT \"t\"\nFT 36\nDC 7\nTE 5\n");
+        const CampaignService& service = campaign().services.front();
+        const Composition& composition = service.service->compositions.front();
+        OutputFile out = createOutput(path("told"), {});
+        const DecisionWords words(out, campaign(), service, composition);
+        words.putProof(composition.modifiedConditions.front());
+        words.forEachShownCase([&](std::uint32_t place, bool) {
+            out.put(std::to_string(place));
+            words.putCase(place);
+            out.put('\n');
+        });
+        exportJson(out, campaign());
+        out.finish();
+        const std::string text = read("told");
+        forgetRunFiles();
+        return text;
+    };
+    const auto expect = [](const std::string& text, const std::string& piece) {
+        EXPECT_NE(text.find(piece), std::string::npos) << piece << "\n" << text;
+    };
+    // Of many cases those that words speak of are shown.
+    const std::string repeated = told(decisionOf(8, "256 OOOOOOO........"));
+    expect(repeated, " while <code>c</code> is false");
+    expect(repeated, "is false (case 1). Case 2 is hit.");
+    expect(repeated, "\"pairs\":[[0,1]],\"missing\":[0]");
+    expect(repeated, "0<td>F<td>F<td>F<td>F<td>F<td>F<td>F<td>F<td>F\n1<td>T<td>F");
+    expect(repeated, "\n128<td>F<td>F<td>F<td>F<td>F<td>F<td>F<td>T<td>T\n");
+    const std::string early = told(decisionOf(40, "2 T" + std::string(39, 'X') + "F 1"));
+    expect(early, "<code>c</code> true (case 1). Case 2 is hit.");
+    expect(early, "\"values\":\"F\",\"outcome\":false");
+    const std::string bytes = told(decisionOf(2, "2 \xff<=T 1"));
+    expect(bytes, "0<td>\xef\xbf\xbd<td>&lt;<td>T\n1<td>=<td>T<td>F\n");
+    expect(bytes, "\"values\":\"\xef\xbf\xbd<\",\"valuesBase64\":\"/zw=\",\"outcome\":true");
 }
 
 TEST_F(EvidenceTest, SumsAndClaims) {

@@ -111,8 +111,6 @@ class Maker:
         if choice < 0.40:
             operator = self.random.choice("+-*&|^")
             left, right = self.pair(lambda: self.number_expression(depth - 1))
-            if any(isinstance(part, (Comma, Choice)) for part in (left, right)):
-                operator = "+"  # whether these are truth values is a question of taste
             if operator in "&|^" and left.truth and right.truth:
                 return Logical(operator, left, right)
             return Binary(operator, left, right)

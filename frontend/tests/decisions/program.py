@@ -131,9 +131,10 @@ UNARY, PRIMARY = 13, 15
 
 class Expression(Node):
     """reads, writes: names of variables, OUT for output; calls, leaves: it may hit, it may not come back. truth: of a
-    logical operator's, a comparison's or a _Bool's value. constant: made of constants only."""
+    logical operator's, a comparison's or a _Bool's value; boolean: of type _Bool, which commas and statement expressions
+    keep. constant: made of constants only."""
     precedence = PRIMARY
-    truth = constant = hits = leaves = False
+    truth = boolean = constant = hits = leaves = False
     reads = writes = frozenset()
     parts = ()
     decision = None  # this expression as a decision that stands elsewhere than in a condition
@@ -178,7 +179,7 @@ class Constant(Expression):
 
 class Variable(Expression):
     def __init__(self, name, truth=False):
-        self.name, self.truth = name, truth
+        self.name, self.truth, self.boolean = name, truth, truth
         self.reads = frozenset([name])
 
     def print(self, out):
@@ -227,7 +228,7 @@ class Assignment(Expression):
         self.target, self.operator = target, operator
         self.parts = (target, part) if part else (target,)
         self.gather()
-        self.truth = target.truth
+        self.truth = self.boolean = target.truth
         self.writes |= {"cells"} if isinstance(target, Element) else target.reads
         self.part = part
         if not part:
@@ -335,7 +336,7 @@ class Cast(Expression):
 
     def __init__(self, type_name, part):
         self.type_name, self.parts = type_name, (part,)
-        self.truth = type_name == "_Bool"
+        self.truth = self.boolean = type_name == "_Bool"
         self.constant = part.constant
         self.gather()
 
@@ -397,6 +398,7 @@ class StatementExpression(Expression):
     def __init__(self, statements, result, parts):
         self.body = Block([*statements, Evaluate(result)])
         self.inner, self.result = statements, result
+        self.truth = self.boolean = result.boolean
         for part in parts:
             self.reads |= part.reads
             self.writes |= part.writes
@@ -421,6 +423,7 @@ class Comma(Expression):
 
     def __init__(self, first, second):
         self.parts = (first, second)
+        self.truth = self.boolean = second.boolean
         self.gather()
 
     def print(self, out):

@@ -242,7 +242,7 @@ def tests(at):
         (head(), "not a number from 0 to 2147483647, left out: VELDA_TESTNO", {"VELDA_TESTNO": "2147483648"}),
         (head(), "VELDA_SERVICE needs VELDA_TESTNO, left out", {"VELDA_SERVICE": "1"}),
         (head(lines="DT c39b5596\n"), "", {"VELDA_DATE": "1767225660"}),
-        (head(lines='DT "first of January"\n'), "", {"VELDA_DATE": "first of January"}),
+        (head(lines='DT "C:\\\\first of January\\\\"\n'), "", {"VELDA_DATE": "C:\\first of January\\"}),
         (head(), "VELDA_DATE holds a quote, left out: a\"b", {"VELDA_DATE": 'a"b'}),
     ]:
         at.run(stderr=HEAD + stderr + "\n" if stderr else "", **environment)
