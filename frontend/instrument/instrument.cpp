@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <deque>
 #include <filesystem>
+#include <initializer_list>
 #include <map>
 #include <set>
+#include <string_view>
 
 #include "velda_abi_text.h"
 #include "walk.h"
@@ -129,10 +131,16 @@ Notice functionLeft(const Unit& unit, const std::string& function, std::uint32_t
             {unit.marks.instances[place.instance].name, std::to_string(place.line), function, reason}};
 }
 
+void append(std::string& text, std::initializer_list<std::string_view> parts) {
+    for (const std::string_view part : parts) {
+        text += part;
+    }
+}
+
 std::string joined(const std::vector<std::uint32_t>& numbers) {
     std::string text;
     for (const std::uint32_t number : numbers) {
-        text += (text.empty() ? "" : ",") + std::to_string(number) + 'u';
+        append(text, {text.empty() ? "" : ",", std::to_string(number), "u"});
     }
     return text;
 }
@@ -158,7 +166,7 @@ std::string prologue(const std::deque<Section>& sections, const Counters& counte
     const bool counts = counters.way != Counting::Ordered;
     std::string out = "# 1 \"<velda>\" 3\n" + std::string(abiText);
     if (counts && counters.used > 0) {
-        out += "static velda_count velda_counters[" + std::to_string(counters.used) + "];\n";
+        append(out, {"static velda_count velda_counters[", std::to_string(counters.used), "];\n"});
     }
     std::string table;
     for (std::size_t i = 0; i < sections.size(); ++i) {
@@ -168,24 +176,24 @@ std::string prologue(const std::deque<Section>& sections, const Counters& counte
             counts ? formulaWords(section) : std::vector<std::uint32_t>{};
         if (!words.empty()) {
             const std::string name = "velda_formulas_" + std::to_string(i);
-            out += "static const unsigned int " + name + "[]={" + joined(words) + "};\n";
+            append(out, {"static const unsigned int ", name, "[]={", joined(words), "};\n"});
             formulas = std::to_string(words.size()) + "u," + name;
         }
-        table += (i == 0 ? "{" : ",{") + std::to_string(section.key) + "u," +
-                 std::to_string(section.checksum) + "u,{";
+        append(table, {i == 0 ? "{" : ",{", std::to_string(section.key), "u,",
+                       std::to_string(section.checksum), "u,{"});
         for (std::size_t kind = 0; kind < hitKinds; ++kind) {
-            table += (kind == 0 ? "" : ",") + std::to_string(section.formulas[kind].size()) + 'u';
+            append(table, {kind == 0 ? "" : ",", std::to_string(section.formulas[kind].size()), "u"});
         }
-        table += "}," + formulas + '}';
+        append(table, {"},", formulas, "}"});
     }
-    out += "static const struct velda_section velda_sections[]={" + table + "};\n";
+    append(out, {"static const struct velda_section velda_sections[]={", table, "};\n"});
     for (std::size_t i = 0; i < counters.caseMaps.size(); ++i) {
-        out += "static const unsigned int velda_cases_" + std::to_string(i) + "[]={" +
-               joined(counters.caseMaps[i]) + "};\n";
+        append(out, {"static const unsigned int velda_cases_", std::to_string(i), "[]={",
+                     joined(counters.caseMaps[i]), "};\n"});
     }
-    out += "static struct velda_unit velda_unit={1u," + std::to_string(sections.size()) + "u," +
-           std::to_string(counts ? counters.used : 0) + "u,velda_sections," +
-           (counts && counters.used > 0 ? "velda_counters" : "0") + ",0};\n";
+    append(out, {"static struct velda_unit velda_unit={1u,", std::to_string(sections.size()), "u,",
+                 std::to_string(counts ? counters.used : 0), "u,velda_sections,",
+                 counts && counters.used > 0 ? "velda_counters" : "0", ",0};\n"});
     out += "static __attribute__((constructor(101),no_instrument_function)) void velda_join(void)"
            "{veldacc_has_to_link_this_program_too(&velda_unit,1);}\n"
            "static __attribute__((destructor(101),no_instrument_function)) void velda_leave(void)"

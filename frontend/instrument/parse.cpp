@@ -131,9 +131,12 @@ struct Action : clang::ASTFrontendAction {
         if (!sources.getBufferData(sources.getMainFileID()).contains("_Atomic")) {
             return;
         }
-        for (const auto& [name, identifier] : getCompilerInstance().getPreprocessor().getIdentifierTable()) {
+        clang::IdentifierTable& names = getCompilerInstance().getPreprocessor().getIdentifierTable();
+        const unsigned ofUnknownName =
+            names.get("velda_unknown").getObjCOrBuiltinID(); // differs between versions of Clang
+        for (const auto& [name, identifier] : names) {
             if (name.starts_with("__atomic_")) {
-                identifier->clearBuiltinID();
+                identifier->setObjCOrBuiltinID(ofUnknownName);
             }
         }
     }

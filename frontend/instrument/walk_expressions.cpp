@@ -48,6 +48,26 @@ int countCalls(const clang::Stmt* e) {
     return count;
 }
 
+// Whether a pointer may point into an object that the expression itself makes: a compound literal, or an array in the
+// value that a function returns. A statement expression around it would end the object's life too early.
+bool pointsIntoItself(const clang::Expr* pointer) {
+    const auto makesObject = [](const auto& self, const clang::Stmt* e) -> bool {
+        if (llvm::isa<clang::CompoundLiteralExpr>(e)) {
+            return true;
+        }
+        if (const auto* cast = llvm::dyn_cast<clang::CastExpr>(e);
+            cast != nullptr && cast->getCastKind() == clang::CK_ArrayToPointerDecay &&
+            !cast->getSubExpr()->isLValue()) {
+            return true;
+        }
+        const std::vector<const clang::Stmt*> parts = evaluatedParts(e);
+        return !llvm::isa<clang::StmtExpr>(e) &&
+               std::any_of(parts.begin(), parts.end(),
+                           [&](const clang::Stmt* part) { return part != nullptr && self(self, part); });
+    };
+    return pointer->getType()->isPointerType() && makesObject(makesObject, pointer);
+}
+
 } // namespace
 
 std::string valueOpening(const clang::Expr* value) {
@@ -174,6 +194,9 @@ void FunctionWalk::binaryConditional(const clang::BinaryConditionalOperator* e) 
         hitBefore(e, decision(value, ArmProbes::None).atEntry); // the value is 0 or 1 anyway
     } else {
         // The value itself is wanted, not only whether it is true.
+        if (pointsIntoItself(value)) {
+            throw CannotInstrument(first(value), "&(...){...} ?: ...");
+        }
         describeConditions(conditions);
         const std::string whenTrue = hit(std::array{conditions[0].item});
         const std::string whenFalse = hit(std::array{next(conditions[0].item)});

@@ -444,6 +444,7 @@ class Choice(Expression):
     def __init__(self, condition, middle, other):
         self.condition, self.middle, self.other = condition, middle, other
         self.parts = tuple(part for part in (condition, middle, other) if part)
+        self.constant = all(part.constant for part in self.parts)
         self.gather()
         self.hits = True
 
