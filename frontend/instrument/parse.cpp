@@ -203,6 +203,7 @@ bool parseText(const std::string& text, const ParseOptions& options,
                const std::function<void(ParsedUnit&)>& handler) {
     const std::vector<std::string> arguments = makeArguments(options);
     std::vector<const char*> pointers;
+    pointers.reserve(arguments.size());
     for (const std::string& argument : arguments) {
         pointers.push_back(argument.c_str());
     }

@@ -180,7 +180,7 @@ struct Speller {
         if (isArgument(begin)) {
             return textOf(sources.getImmediateSpellingLoc(begin), sources.getImmediateSpellingLoc(end));
         }
-        const std::optional<std::string> body =
+        std::optional<std::string> body =
             rawText(sources.getImmediateSpellingLoc(begin), sources.getImmediateSpellingLoc(end));
         const clang::CharSourceRange use = sources.getImmediateExpansionRange(begin);
         const auto macro = unit.macroAt.find(use.getBegin().getRawEncoding());
