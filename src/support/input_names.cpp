@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QMultiHash>
 #include <QSet>
 
@@ -24,11 +25,8 @@ public:
     // between the names of a filter, and case does not matter.
     QStringList matches(const QString& directory, const QString& nameFilter) {
         const QStringList names = QDir::nameFiltersFromString(nameFilter);
-        const std::optional<platform::FileStatus> status =
-            platform::fileStatus(QFile::encodeName(directory).toStdString());
-        if (status && canBeLookedUp(names)) {
-            const Listing& listing = listed(status->identity, directory);
-            if (const std::optional<QStringList> found = inOrder(alike(listing, names))) {
+        if (const Listing* listing = canBeLookedUp(names) ? listed(directory) : nullptr) {
+            if (const std::optional<QStringList> found = inOrder(alike(*listing, names))) {
                 return *found;
             }
         }
@@ -56,18 +54,31 @@ private:
                !std::all_of(names.begin(), names.end(), [](const QString& name) { return name.isEmpty(); });
     }
 
-    // One directory may be named in as many ways as it has files.
-    const Listing& listed(const platform::FileIdentity& identity, const QString& directory) {
-        const auto [known, isNew] = listings_.try_emplace(identity);
-        Listing& listing = known->second;
-        if (!isNew) {
-            return listing;
+    // Null for what is not there. One directory may be named in as many ways as it has files: by each way it is looked
+    // for once, and it is listed once.
+    const Listing* listed(const QString& directory) {
+        const auto known = byName_.constFind(directory);
+        if (known != byName_.constEnd()) {
+            return *known;
         }
+        const std::optional<platform::FileStatus> status =
+            platform::fileStatus(QFile::encodeName(directory).toStdString());
+        if (!status) {
+            return nullptr;
+        }
+        const auto [place, isNew] = listings_.try_emplace(status->identity);
+        if (isNew) {
+            fill(place->second, directory);
+        }
+        byName_.insert(directory, &place->second);
+        return &place->second;
+    }
+
+    static void fill(Listing& listing, const QString& directory) {
         listing.entries = QDir(directory, QString(), QDir::Unsorted).entryList();
         for (qsizetype place = 0; place < listing.entries.size(); ++place) {
             listing.places.insert(listing.entries[place].toCaseFolded(), place);
         }
-        return listing;
     }
 
     // Those whose names differ from one of the given ones at most in case.
@@ -111,6 +122,7 @@ private:
     }
 
     std::map<platform::FileIdentity, Listing> listings_;
+    QHash<QString, const Listing*> byName_;
 };
 
 namespace {
